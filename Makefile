@@ -1,0 +1,39 @@
+# Thin wrapper over CMake. `make test` is what CI runs.
+JOBS ?= $(shell nproc)
+FUZZ_SECONDS ?= 60
+GENERATOR := $(shell command -v ninja >/dev/null 2>&1 && echo -G Ninja)
+CTEST := ctest --output-on-failure -j $(JOBS)
+
+.PHONY: deps build test test-asan bench fuzz format clean
+
+deps:
+	@scripts/install-deps
+
+build: deps
+	cmake -S . -B build $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake --build build -j $(JOBS)
+
+test: build
+	$(CTEST) --test-dir build
+	$(MAKE) --no-print-directory test-asan
+
+test-asan: deps
+	cmake -S . -B build-asan $(GENERATOR) -DCMAKE_BUILD_TYPE=Debug -DMARVEK_SANITIZE=ON -DMARVEK_BENCH=OFF
+	cmake --build build-asan -j $(JOBS)
+	ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 $(CTEST) --test-dir build-asan
+
+bench: deps
+	cmake -S . -B build-release $(GENERATOR) -DCMAKE_BUILD_TYPE=Release -DMARVEK_TESTS=OFF
+	cmake --build build-release -j $(JOBS) --target marvek-bench
+	build-release/bin/marvek-bench --benchmark_counters_tabular=true
+
+fuzz: deps
+	CC=clang CXX=clang++ cmake -S . -B build-fuzz $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DMARVEK_FUZZ=ON
+	cmake --build build-fuzz -j $(JOBS)
+	scripts/run-fuzzers build-fuzz/bin $(FUZZ_SECONDS)
+
+format:
+	find src tests bench fuzz -name '*.cpp' -o -name '*.h' | xargs clang-format -i
+
+clean:
+	rm -rf build build-asan build-release build-fuzz
