@@ -1,0 +1,200 @@
+#include "io/clsBitStream.h"
+
+#include <stdexcept>
+#include <utility>
+
+namespace marvek {
+namespace {
+
+constexpr int maximumBitCount = 31;
+
+void checkBitCount(int count) {
+    if (count > maximumBitCount) {
+        throw std::out_of_range("bit stream: more than 31 bits at once");
+    }
+}
+
+} // namespace
+
+clsBitStream::clsBitStream() {
+    resetStream();
+}
+
+void clsBitStream::resetStream() {
+    buffer_ = std::make_shared<clsDataBuffer>();
+    position_ = 0;
+    bitPosition_ = 0;
+}
+
+void clsBitStream::Create() {
+    resetStream();
+    buffer_->Create(0);
+}
+
+void clsBitStream::loadFromBuffer(std::shared_ptr<clsDataBuffer> buffer) {
+    if (!buffer) {
+        throw std::invalid_argument("bit stream: no buffer");
+    }
+    resetStream();
+    buffer_ = std::move(buffer);
+}
+
+void clsBitStream::loadFromFile(const std::filesystem::path& path) {
+    resetStream();
+    buffer_->readFromFile(path);
+}
+
+void clsBitStream::seekTo(std::int32_t p) noexcept {
+    position_ = p;
+    bitPosition_ = 0;
+}
+
+bool clsBitStream::nextByte() {
+    bitPosition_ = 0;
+    const auto size = Size();
+    if (position_ < size) {
+        ++position_;
+        return true;
+    }
+    if (!autoExpand) {
+        position_ = size;
+        return false;
+    }
+    if (position_ == INT32_MAX) {
+        throw std::out_of_range("bit stream: position beyond the largest index");
+    }
+    ++position_;
+    buffer_->Resize(size + 1);
+    return true;
+}
+
+bool clsBitStream::nextBit() {
+    if (bitPosition_ < 7) {
+        ++bitPosition_;
+        return true;
+    }
+    return nextByte();
+}
+
+std::uint8_t clsBitStream::currentMask() const noexcept {
+    return static_cast<std::uint8_t>(0x80u >> bitPosition_);
+}
+
+void clsBitStream::skipBytes(std::int32_t n) {
+    for (std::int32_t i = 0; i < n; ++i) {
+        nextByte();
+    }
+}
+
+void clsBitStream::putByte(std::uint8_t value) {
+    buffer_->putByte(position_, value);
+    nextByte();
+}
+
+std::uint8_t clsBitStream::getByte() {
+    const auto value = buffer_->getByte(position_);
+    nextByte();
+    return value;
+}
+
+void clsBitStream::putInteger(std::int16_t value) {
+    const auto bits = static_cast<std::uint16_t>(value);
+    putByte(static_cast<std::uint8_t>(bits >> 8));
+    putByte(static_cast<std::uint8_t>(bits));
+}
+
+std::int16_t clsBitStream::getInteger() {
+    const auto high = getByte();
+    const auto low = getByte();
+    return static_cast<std::int16_t>(static_cast<std::uint16_t>(high << 8 | low));
+}
+
+void clsBitStream::putLong(std::int32_t value) {
+    const auto bits = static_cast<std::uint32_t>(value);
+    for (int shift = 24; shift >= 0; shift -= 8) {
+        putByte(static_cast<std::uint8_t>(bits >> shift));
+    }
+}
+
+std::int32_t clsBitStream::getLong() {
+    std::uint32_t bits = 0;
+    for (int i = 0; i < 4; ++i) {
+        bits = bits << 8 | getByte();
+    }
+    return static_cast<std::int32_t>(bits);
+}
+
+void clsBitStream::putString(std::string_view text) {
+    for (const char character : text) {
+        putByte(static_cast<std::uint8_t>(character));
+    }
+}
+
+std::string clsBitStream::getString(std::int32_t n) {
+    std::string text;
+    for (std::int32_t i = 0; i < n; ++i) {
+        text.push_back(static_cast<char>(getByte()));
+    }
+    return text;
+}
+
+void clsBitStream::putData(std::span<const std::uint8_t> source) {
+    for (const auto byte : source) {
+        putByte(byte);
+    }
+}
+
+void clsBitStream::getData(std::span<std::uint8_t> destination) {
+    for (auto& byte : destination) {
+        byte = getByte();
+    }
+}
+
+void clsBitStream::putZeroBytes(std::int32_t n) {
+    for (std::int32_t i = 0; i < n; ++i) {
+        putByte(0);
+    }
+}
+
+void clsBitStream::putBits(std::int32_t value, int count) {
+    checkBitCount(count);
+    const auto bits = static_cast<std::uint32_t>(value);
+    for (int i = count - 1; i >= 0; --i) {
+        if ((bits >> i) & 1u) {
+            // XOR, not OR: the file formats write into cleared bits only, and
+            // this is the behaviour their writers were made with.
+            const auto byte = buffer_->getByte(position_);
+            buffer_->putByte(position_, static_cast<std::uint8_t>(byte ^ currentMask()));
+        }
+        nextBit();
+    }
+}
+
+std::int32_t clsBitStream::getBits(int count) {
+    checkBitCount(count);
+    std::uint32_t result = 0;
+    for (int i = count - 1; i >= 0; --i) {
+        if (buffer_->getByte(position_) & currentMask()) {
+            result ^= 1u << i;
+        }
+        if (!nextBit()) {
+            break;
+        }
+    }
+    return static_cast<std::int32_t>(result);
+}
+
+void clsBitStream::putBit(std::int32_t value) {
+    const auto byte = buffer_->getByte(position_);
+    const auto mask = currentMask();
+    buffer_->putByte(position_, static_cast<std::uint8_t>(value != 0 ? byte | mask : byte & ~mask));
+    nextBit();
+}
+
+std::int32_t clsBitStream::getBit() {
+    const auto set = (buffer_->getByte(position_) & currentMask()) != 0;
+    nextBit();
+    return set ? 1 : 0;
+}
+
+} // namespace marvek
