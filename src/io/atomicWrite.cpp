@@ -64,6 +64,10 @@ void writeFileAtomically(const std::filesystem::path& path, std::span<const std:
 }
 
 std::vector<std::uint8_t> readWholeFile(const std::filesystem::path& path) {
+    std::error_code status;
+    if (std::filesystem::is_directory(path, status)) {
+        throw FileError(path, "is a folder, not a file");
+    }
     std::ifstream in(path, std::ios::binary);
     if (!in) {
         throw FileError(path, std::filesystem::exists(path) ? "cannot open the file"

@@ -1,0 +1,39 @@
+#include "configuration/ConfigurationError.h"
+
+#include <utility>
+
+namespace marvek {
+
+ConfigurationError::ConfigurationError(std::int32_t number, std::string description)
+    : number_(number), description_(std::move(description)) {
+    updateMessage();
+}
+
+void ConfigurationError::setLine(std::int32_t line) {
+    line_ = line;
+    updateMessage();
+}
+
+void ConfigurationError::setFile(const std::filesystem::path& file) {
+    file_ = file;
+    updateMessage();
+}
+
+void ConfigurationError::updateMessage() {
+    message_.clear();
+    if (!file_.empty()) {
+        message_ = file_.string() + ", ";
+    }
+    if (line_ > 0 || !file_.empty()) {
+        message_ += "line " + std::to_string(line_) + ": ";
+    }
+    message_ += description_;
+}
+
+DuplicateKeyError::DuplicateKeyError(const std::string& key)
+    : ConfigurationError(duplicateKeyNumber,
+                         "This key is already associated with an element of this collection (\"" +
+                             key + "\")"),
+      key_(key) {}
+
+} // namespace marvek
