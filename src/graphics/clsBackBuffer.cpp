@@ -1,0 +1,80 @@
+#include "graphics/clsBackBuffer.h"
+
+#include <limits>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+namespace marvek {
+namespace {
+
+bool fitsInt32(std::int64_t value) {
+    return value <= std::numeric_limits<std::int32_t>::max();
+}
+
+} // namespace
+
+void clsBackBuffer::release() noexcept {
+    surface_.reset();
+    pixels_ = {};
+    width_ = 0;
+    height_ = 0;
+    bitmapWidth_ = 0;
+    bitmapHeight_ = 0;
+}
+
+bool clsBackBuffer::Create(std::int32_t width, std::int32_t height, std::int32_t zoom) {
+    release();
+    zoom_ = zoom;
+    const std::int64_t zoomedWidth = std::int64_t{width} * zoom;
+    const std::int64_t zoomedHeight = std::int64_t{height} * zoom;
+    if (width < 1 || height < 1 || zoom < 1 || !fitsInt32(zoomedWidth) ||
+        !fitsInt32(zoomedHeight)) {
+        return false;
+    }
+    UniqueSurface surface(surfaceCreate(width, height));
+    if (!surface) {
+        return false;
+    }
+    try {
+        pixels_.assign(
+            static_cast<std::size_t>(zoomedWidth) * static_cast<std::size_t>(zoomedHeight), 0);
+    } catch (const std::bad_alloc&) {
+        return false;
+    } catch (const std::length_error&) {
+        return false;
+    }
+    surface_ = std::move(surface);
+    width_ = width;
+    height_ = height;
+    bitmapWidth_ = static_cast<std::int32_t>(zoomedWidth);
+    bitmapHeight_ = static_cast<std::int32_t>(zoomedHeight);
+    return true;
+}
+
+bool clsBackBuffer::Resize(std::int32_t width, std::int32_t height) {
+    return Create(width, height, zoom_);
+}
+
+void clsBackBuffer::Clear() {
+    surfaceClear(surface_.get());
+}
+
+void clsBackBuffer::Present(clsPresentTarget& target) {
+    if (!surface_) {
+        return;
+    }
+    switch (zoom_) {
+    case 1:
+        surfaceCopyToBitmap(surface_.get(), pixels_.data());
+        break;
+    case 2:
+        surfaceCopyToBitmapDouble(surface_.get(), pixels_.data(), bitmapWidth_, bitmapHeight_);
+        break;
+    default:
+        return;
+    }
+    target.present(pixels_.data(), bitmapWidth_, bitmapHeight_);
+}
+
+} // namespace marvek

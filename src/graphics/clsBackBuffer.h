@@ -1,0 +1,57 @@
+#pragma once
+
+#include "graphics/clsPresentTarget.h"
+#include "native/handles.h"
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace marvek {
+
+// The off-screen image a frame is drawn into (a native surface at level
+// size) and the zoomed pixel memory it is shown from. The memory has the
+// surface's own layout (top-down, 32 bits, blue, green, red, alpha), so
+// zoom 1 is a single block copy.
+class clsBackBuffer {
+public:
+    clsBackBuffer() = default;
+    clsBackBuffer(clsBackBuffer&&) noexcept = default;
+    clsBackBuffer& operator=(clsBackBuffer&&) noexcept = default;
+    clsBackBuffer(const clsBackBuffer&) = delete;
+    clsBackBuffer& operator=(const clsBackBuffer&) = delete;
+    ~clsBackBuffer() = default;
+
+    // Replaces any previous image. On failure (sizes or zoom below 1, no
+    // surface, no memory) the buffer is left empty and the result is false;
+    // the zoom is kept for a later Resize.
+    bool Create(std::int32_t width, std::int32_t height, std::int32_t zoom);
+    // Create with the new size and the current zoom.
+    bool Resize(std::int32_t width, std::int32_t height);
+    void Clear();
+    // Zoom 1 and 2 copy the surface into the pixel memory and hand it to the
+    // target; any other zoom shows nothing. Allocates nothing.
+    void Present(clsPresentTarget& target);
+
+    bool isUsable() const noexcept { return static_cast<bool>(surface_); }
+    std::int32_t surface() const noexcept { return surface_.get(); }
+    std::int32_t width() const noexcept { return width_; }
+    std::int32_t height() const noexcept { return height_; }
+    std::int32_t zoom() const noexcept { return zoom_; }
+    std::int32_t bitmapWidth() const noexcept { return bitmapWidth_; }
+    std::int32_t bitmapHeight() const noexcept { return bitmapHeight_; }
+    std::span<const std::uint32_t> pixels() const noexcept { return pixels_; }
+
+private:
+    void release() noexcept;
+
+    UniqueSurface surface_;
+    std::int32_t width_ = 0;
+    std::int32_t height_ = 0;
+    std::int32_t zoom_ = 1;
+    std::int32_t bitmapWidth_ = 0;
+    std::int32_t bitmapHeight_ = 0;
+    std::vector<std::uint32_t> pixels_;
+};
+
+} // namespace marvek
