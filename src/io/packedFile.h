@@ -1,0 +1,48 @@
+#pragma once
+
+// Game files packed as "IMP!" / "ATN!" on disk.
+
+#include "io/clsBitStream.h"
+#include "io/clsDataBuffer.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace marvek {
+
+// An unpacked file, or why there is none.
+struct ExplodeResult {
+    std::shared_ptr<clsDataBuffer> buffer; // null when nothing was unpacked
+    std::string failure;                   // the reason when buffer is null
+};
+
+// True when the file starts with "ATN!" or "IMP!". Throws FileError when it
+// cannot be read.
+bool isFileIMP(const std::filesystem::path& path);
+
+// Unpacks a packed file. A stored unpacked length of 0..3, or data that does
+// not unpack, gives no buffer and the reason. Throws FileError when the file
+// cannot be read.
+ExplodeResult explodeFile(const std::filesystem::path& path);
+
+// The file ready for reading, unpacked when packed. When a packed file does
+// not unpack the stream is empty and unpackFailure (if given) says why.
+// Throws FileError when the file cannot be read.
+clsBitStream getFileBits(const std::filesystem::path& path, std::string* unpackFailure = nullptr);
+
+// Packs the buffer's Size data bytes as small as the packer can and replaces
+// the file with them. A packed file already there keeps its magic. The packed
+// bytes are unpacked again and compared with the buffer before anything is
+// written. Returns true; on any failure throws FileError naming the file and
+// the file stays as it was.
+bool implodeToFile(const clsDataBuffer& buffer, const std::filesystem::path& path);
+
+// implodeToFile for any bytes (at least one) and a packing mode: 0..11 for a
+// classic mode, IMP_MODE_BEST for the smallest file. Throws FileError.
+void implodeBytesToFile(std::span<const std::uint8_t> data, const std::filesystem::path& path,
+                        std::int32_t mode);
+
+} // namespace marvek
