@@ -1,0 +1,45 @@
+// marvek-tool unpack IN OUT: unpack a packed file.
+#include "io/FileError.h"
+#include "io/atomicWrite.h"
+#include "native/marvek.h"
+#include "tool/commands.h"
+
+#include <cstdio>
+#include <memory>
+#include <span>
+
+namespace marvek::tool {
+namespace {
+
+std::vector<std::uint8_t> unpack(const std::filesystem::path& input) {
+    const std::vector<std::uint8_t> file = readWholeFile(input);
+    std::uint8_t* unpacked = nullptr;
+    std::size_t length = 0;
+    const int32_t status = impExplode(file.data(), file.size(), &unpacked, &length);
+    const std::unique_ptr<std::uint8_t, void (*)(void*)> owner(unpacked, freeMemory);
+    if (status == IMP_ERROR_ARGUMENT) {
+        throw FileError(input, "the file is empty");
+    }
+    if (status != IMP_OK) {
+        throw FileError(input, impStatusText(status));
+    }
+    return {unpacked, unpacked + length};
+}
+
+} // namespace
+
+int runUnpack(const Arguments& arguments, const char* usage) {
+    if (arguments.size() != 2) {
+        std::fprintf(stderr, "usage: marvek-tool %s\n", usage);
+        return 2;
+    }
+    try {
+        writeFileAtomically(arguments[1], unpack(arguments[0]));
+        return 0;
+    } catch (const FileError& error) {
+        std::fprintf(stderr, "marvek-tool: %s\n", error.what());
+        return 1;
+    }
+}
+
+} // namespace marvek::tool
