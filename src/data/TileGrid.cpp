@@ -25,8 +25,8 @@ std::int32_t TileGrid::at(std::int32_t x, std::int32_t y) const {
 
 std::size_t TileGrid::indexOf(std::int32_t x, std::int32_t y) const {
     if (x < 0 || y < 0 || x >= width_ || y >= height_) {
-        throw std::out_of_range("tile grid entry (" + std::to_string(x) + ", " +
-                                std::to_string(y) + ") outside " + std::to_string(width_) + " x " +
+        throw std::out_of_range("tile grid entry (" + std::to_string(x) + ", " + std::to_string(y) +
+                                ") outside " + std::to_string(width_) + " x " +
                                 std::to_string(height_));
     }
     return static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) +

@@ -158,6 +158,7 @@ private:
     static void resetUndo();
     // The cells in row-major order really are width x height.
     bool gridIsConsistent() const noexcept;
+    void putTile(std::int32_t x, std::int32_t y, std::int32_t tile, bool autoPlaceSpecials);
 
     std::vector<Cell> cells_;
     std::vector<std::uint8_t> defaultSpecials_;

@@ -43,8 +43,8 @@ struct clsRenderOptions {
 using TagChoice = std::vector<std::pair<std::string, bool>>;
 
 inline bool isTagChosen(const TagChoice& choice, std::string_view tag) {
-    return std::ranges::any_of(choice,
-                               [tag](const auto& entry) { return entry.second && entry.first == tag; });
+    return std::ranges::any_of(
+        choice, [tag](const auto& entry) { return entry.second && entry.first == tag; });
 }
 
 } // namespace marvek

@@ -8,6 +8,7 @@
 #include "specials/SpecialDefinitionError.h"
 
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -47,8 +48,12 @@ void report(const OpenLevelProgress& progress, std::string_view status) {
 
 // The file's data, unpacked when packed.
 clsBitStream readGameFile(const fs::path& path, const std::string& role) {
-    if (!fs::exists(path)) {
+    std::error_code error;
+    if (!fs::exists(path, error)) {
         throw FileError(path, "the " + role + " file does not exist");
+    }
+    if (fs::is_directory(path, error)) {
+        throw FileError(path, "the " + role + " file is a folder");
     }
     std::string unpackFailure;
     clsBitStream stream = getFileBits(path, &unpackFailure);
@@ -66,6 +71,9 @@ void loadLevel(OpenedLevel& opened, const fs::path& applicationFolder, const fs:
     if (!opened.level.loadFromBits(stream, opened.palette)) {
         throw FileError(path, "not a level file (wrong WGMP length or a map size that makes "
                               "no sense)");
+    }
+    if (!opened.level.hasSensibleSize()) {
+        throw FileError(path, "the level file holds no map");
     }
     if (opened.palette.Count() == 0) {
         throw FileError(palettePath, "the palette file does not exist and the level has no "
