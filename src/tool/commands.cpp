@@ -9,14 +9,20 @@ int runPack(const Arguments& arguments, const char* usage);
 int runUnpack(const Arguments& arguments, const char* usage);
 int runSampleData(const Arguments& arguments, const char* usage);
 int runDrawResources(const Arguments& arguments, const char* usage);
+int runExport(const Arguments& arguments, const char* usage);
+int runBench(const Arguments& arguments, const char* usage);
 
 std::span<const Command> commands() {
-    static const std::array<Command, 5> table{{
+    static const std::array<Command, 7> table{{
         {"info", "info LEVEL", runInfo},
         {"pack", "pack IN OUT [--mode 0-11]", runPack},
         {"unpack", "unpack IN OUT", runUnpack},
         {"sample-data", "sample-data DIR", runSampleData},
         {"draw-resources", "draw-resources DIR", runDrawResources},
+        {"export",
+         "export LEVEL OUT --data DIR --config NAME [--tags a,b,...] [--all-specials] [--app DIR]",
+         runExport},
+        {"bench", "bench [--data DIR] [--app DIR]", runBench},
     }};
     return table;
 }

@@ -1,0 +1,212 @@
+// marvek-tool bench [--data DIR] [--app DIR]: every speed figure, each against
+// a reference, as "NAME: OURS REF RATIO" (microseconds, ratio ours / ref).
+#include "data/levelExport.h"
+#include "graphics/clsBackBuffer.h"
+#include "graphics/clsCamera.h"
+#include "graphics/clsFont.h"
+#include "io/clsBitStream.h"
+#include "io/findFile.h"
+#include "native/handles.h"
+#include "native/marvek.h"
+#include "tool/benchTiming.h"
+#include "tool/benchWorld.h"
+#include "tool/commands.h"
+#include "tool/executableFolder.h"
+
+#include <ancient/ancient.hpp>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace marvek::tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::int32_t frameWidth = 1920;
+constexpr std::int32_t frameHeight = 1080;
+
+struct BenchArguments {
+    std::optional<fs::path> dataFolder;
+    fs::path applicationFolder = executableFolder();
+};
+
+std::optional<BenchArguments> parseArguments(const Arguments& arguments) {
+    BenchArguments parsed;
+    for (std::size_t i = 0; i < arguments.size(); i += 2) {
+        if (i + 1 == arguments.size()) {
+            return std::nullopt;
+        }
+        if (arguments[i] == "--data") {
+            parsed.dataFolder = arguments[i + 1];
+        } else if (arguments[i] == "--app") {
+            parsed.applicationFolder = arguments[i + 1];
+        } else {
+            return std::nullopt;
+        }
+    }
+    return parsed;
+}
+
+void printFigure(const char* name, double ours, double reference, const std::string& note = {}) {
+    std::printf("%s: %.1f %.1f %.3f%s\n", name, ours, reference, ours / reference, note.c_str());
+    std::fflush(stdout);
+}
+
+// Copying a whole frame of pixels: the least any drawing of it can cost.
+class FrameCopy {
+public:
+    explicit FrameCopy(std::size_t words) : from_(words, 0x00336699u), to_(words) {}
+    void operator()() {
+        std::memcpy(to_.data(), from_.data(), from_.size() * sizeof(std::uint32_t));
+        keep(to_.back());
+    }
+
+private:
+    std::vector<std::uint32_t> from_;
+    std::vector<std::uint32_t> to_;
+};
+
+void benchBlitFrame() {
+    const UniqueSurface frame(surfaceCreate(frameWidth, frameHeight));
+    const UniqueSurface tile(surfaceCreate(16, 16));
+    surfaceFill(tile.get(), createBGRA(200, 100, 50, 0));
+    const double ours = medianMicros([&] {
+        for (std::int32_t y = 0; y < frameHeight; y += 16) {
+            for (std::int32_t x = 0; x < frameWidth; x += 16) {
+                renderBlitFast(frame.get(), tile.get(), x, y);
+            }
+        }
+    });
+    printFigure("blit-frame", ours, medianMicros(FrameCopy(std::size_t{frameWidth} * frameHeight)));
+}
+
+class DiscardingTarget : public clsPresentTarget {
+public:
+    void present(const std::uint32_t* pixels, std::int32_t, std::int32_t) override {
+        keep(pixels[0]);
+    }
+};
+
+void benchPresent(const char* name, std::int32_t zoom) {
+    clsBackBuffer backBuffer;
+    if (!backBuffer.Create(frameWidth / zoom, frameHeight / zoom, zoom)) {
+        throw std::runtime_error("cannot make a back buffer for the benchmark");
+    }
+    DiscardingTarget target;
+    const double ours = medianMicros([&] { backBuffer.Present(target); });
+    const auto outputWords =
+        static_cast<std::size_t>(backBuffer.bitmapWidth()) * backBuffer.bitmapHeight();
+    printFigure(name, ours, medianMicros(FrameCopy(outputWords)));
+}
+
+void benchRender(const OpenedLevel& world, const clsRenderOptions& options) {
+    clsBackBuffer backBuffer;
+    if (!backBuffer.Create(frameWidth, frameHeight, 1)) {
+        throw std::runtime_error("cannot make a back buffer for the benchmark");
+    }
+    clsCamera camera;
+    camera.viewWidth = frameWidth;
+    camera.viewHeight = frameHeight;
+    camera.levelWidth = world.level.width * world.level.tileSpacing;
+    camera.levelHeight = world.level.height * world.level.tileSpacing;
+    camera.checkPosition();
+    const double reference = medianMicros(FrameCopy(std::size_t{frameWidth} * frameHeight));
+    const std::pair<const char*, std::int32_t> runs[] = {
+        {"render-tiles", 1}, {"render-specials", 14}, {"render-all", 15}};
+    for (const auto& [name, flags] : runs) {
+        const double ours = medianMicros([&] {
+            world.level.renderTo(backBuffer, camera, world.tileSet, world.specialSet, flags,
+                                 options);
+        });
+        printFigure(name, ours, reference);
+    }
+}
+
+std::vector<std::uint8_t> levelBytes(const OpenedLevel& world) {
+    clsBitStream stream;
+    stream.Create();
+    stream.autoExpand = true;
+    world.level.writeTo(stream, world.palette);
+    const auto data = stream.bufferGet()->data();
+    return {data.begin(), data.end()};
+}
+
+void benchUnpack(const std::vector<std::uint8_t>& packed) {
+    const double ours = medianMicros([&] {
+        std::uint8_t* unpacked = nullptr;
+        std::size_t length = 0;
+        if (impExplode(packed.data(), packed.size(), &unpacked, &length) != IMP_OK) {
+            throw std::runtime_error("our unpacker refused the benchmark file");
+        }
+        const NativeMemory owner(unpacked);
+        keep(owner[0]);
+    });
+    const double reference = medianMicros([&] {
+        ancient::Decompressor decompressor(packed, true, false);
+        keep(decompressor.decompress(false).size());
+    });
+    printFigure("unpack", ours, reference);
+}
+
+void benchPackAndUnpack(const std::vector<std::uint8_t>& data) {
+    // The reference is the best classic mode, each of which parses greedily.
+    std::int32_t bestMode = 0;
+    std::size_t bestSize = SIZE_MAX;
+    for (std::int32_t mode = 0; mode < classicModes; ++mode) {
+        const std::size_t size = packOnce(data, mode).size();
+        if (size < bestSize) {
+            bestMode = mode;
+            bestSize = size;
+        }
+    }
+    const PackResult ours = timePack(data, IMP_MODE_BEST);
+    const PackResult reference = timePack(data, bestMode);
+    std::printf("pack-level: %zu %zu %.3f bytes of %zu (mode %d); time %.1f %.1f us\n",
+                ours.bytes.size(), reference.bytes.size(),
+                static_cast<double>(ours.bytes.size()) /
+                    static_cast<double>(reference.bytes.size()),
+                data.size(), bestMode, ours.micros, reference.micros);
+    std::fflush(stdout);
+    benchUnpack(ours.bytes);
+}
+
+void runAll(const BenchArguments& parsed) {
+    renderInit();
+    const OpenedLevel world = parsed.dataFolder
+                                  ? loadBenchWorld(parsed.applicationFolder, *parsed.dataFolder)
+                                  : makeBenchWorld(parsed.applicationFolder);
+    clsFont font;
+    font.loadFromFile(findFile(parsed.applicationFolder, "fonts/game.bmp"));
+    const clsRenderOptions options =
+        font.handle() != 0 ? clsRenderOptions(font) : clsRenderOptions();
+    benchBlitFrame();
+    benchPresent("present-zoom1", 1);
+    benchPresent("present-zoom2", 2);
+    benchRender(world, options);
+    benchPackAndUnpack(levelBytes(world));
+}
+
+} // namespace
+
+int runBench(const Arguments& arguments, const char* usage) {
+    const std::optional<BenchArguments> parsed = parseArguments(arguments);
+    if (!parsed) {
+        std::fprintf(stderr, "usage: marvek-tool %s\n", usage);
+        return 2;
+    }
+    try {
+        runAll(*parsed);
+        return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "marvek-tool: %s\n", error.what());
+        return 1;
+    }
+}
+
+} // namespace marvek::tool

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <filesystem>
+
+namespace marvek::sample {
+
+inline constexpr int levelsPerWorld = 2;
+
+// A complete data folder in the game's formats: "MPIC", and per world a tile
+// set, a sprite sheet and packed levels. Throws FileError.
+void writeSampleData(const std::filesystem::path& folder);
+
+// The editor's own drawn resources below folder: fonts/, pal/ and bitmaps/.
+// Throws FileError.
+void writeResources(const std::filesystem::path& folder);
+
+} // namespace marvek::sample
