@@ -6,8 +6,9 @@
 
 namespace marvek::tool {
 
-// A full 300 x 84 level with tiles, a sprite sheet and specials of every
-// drawn kind, made in memory so that the benchmark runs without game data.
+// The first sample level, written to a temporary folder and opened with the
+// application folder's "world1" configuration, so that the benchmark runs
+// on a real-looking level without game data. Throws FileError.
 OpenedLevel makeBenchWorld(const std::filesystem::path& applicationFolder);
 
 // The data folder's first level opened with the "world1" configuration.

@@ -84,6 +84,14 @@ void writeSampleData(const std::filesystem::path& folder) {
     }
 }
 
+void writeFirstWorld(const std::filesystem::path& folder) {
+    makeFolder(folder);
+    const WorldTheme& theme = worldThemes().front();
+    writeTileSet(theme, folder);
+    writeSpriteSheet(theme, folder);
+    writeLevel(theme, 1, folder);
+}
+
 void writeResources(const std::filesystem::path& folder) {
     makeFolder(folder / "fonts");
     makeFolder(folder / "pal");

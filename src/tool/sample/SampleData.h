@@ -10,6 +10,10 @@ inline constexpr int levelsPerWorld = 2;
 // set, a sprite sheet and packed levels. Throws FileError.
 void writeSampleData(const std::filesystem::path& folder);
 
+// Only the first world's tile set, sprite sheet and first level: enough to
+// open one level, for the benchmark. Throws FileError.
+void writeFirstWorld(const std::filesystem::path& folder);
+
 // The editor's own drawn resources below folder: fonts/, pal/ and bitmaps/.
 // Throws FileError.
 void writeResources(const std::filesystem::path& folder);
