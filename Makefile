@@ -24,8 +24,9 @@ test-asan: deps
 
 bench: deps
 	cmake -S . -B build-release $(GENERATOR) -DCMAKE_BUILD_TYPE=Release -DMARVEK_TESTS=OFF
-	cmake --build build-release -j $(JOBS) --target marvek-bench
+	cmake --build build-release -j $(JOBS) --target marvek-bench marvek-tool marvek_resources
 	build-release/bin/marvek-bench --benchmark_counters_tabular=true
+	build-release/bin/marvek-tool bench
 
 fuzz: deps
 	CC=clang CXX=clang++ cmake -S . -B build-fuzz $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DMARVEK_FUZZ=ON

@@ -120,7 +120,10 @@ void benchRender(const OpenedLevel& world, const clsRenderOptions& options) {
     const double reference = medianMicros(FrameCopy(std::size_t{frameWidth} * frameHeight));
     const std::pair<const char*, std::int32_t> runs[] = {
         {"render-tiles", 1}, {"render-specials", 14}, {"render-all", 15}};
-    for (const auto& [name, flags] : runs) {
+    for (const auto& run : runs) {
+        // A copy, not a structured binding: clang 14 cannot capture those.
+        const std::int32_t flags = run.second;
+        const char* const name = run.first;
         const double ours = medianMicros([&] {
             world.level.renderTo(backBuffer, camera, world.tileSet, world.specialSet, flags,
                                  options);
