@@ -2,6 +2,8 @@
 
 #include "tool/sample/Random.h"
 
+#include <algorithm>
+
 namespace marvek::sample {
 namespace {
 
@@ -514,13 +516,54 @@ Canvas drawTile(std::int32_t number, int world) {
     }
 }
 
+constexpr std::array<std::uint8_t, tile::skyBands> skyInks{ink::sky0, ink::sky1, ink::sky2,
+                                                           ink::sky3};
+
+std::int32_t seeThroughIndex(std::int16_t which) {
+    const auto* found = std::find(tile::seeThrough.begin(), tile::seeThrough.end(), which);
+    return found == tile::seeThrough.end()
+               ? -1
+               : static_cast<std::int32_t>(found - tile::seeThrough.begin());
+}
+
+// The copy of a see-through tile over another band: its picture with the
+// home band's colour swapped for the band's.
+Canvas drawOverSky(std::int16_t which, std::int32_t band, int world) {
+    Canvas canvas = drawTile(which, world);
+    const auto home = static_cast<std::size_t>(homeSkyBand(which));
+    canvas.recolour(0, 0, S, S, skyInks[home], skyInks[static_cast<std::size_t>(band)]);
+    return canvas;
+}
+
 } // namespace
+
+std::int32_t homeSkyBand(std::int16_t which) {
+    return which >= tile::cloudTopLeft && which <= tile::cloudBottomRight ? 2 : 3;
+}
+
+std::int16_t overSky(std::int16_t which, std::int32_t band) {
+    const std::int32_t index = seeThroughIndex(which);
+    const std::int32_t home = homeSkyBand(which);
+    if (index < 0 || band == home || band < 0 || band >= tile::skyBands) {
+        return which;
+    }
+    const std::int32_t slot = band < home ? band : band - 1;
+    const auto seeThroughCount = static_cast<std::int32_t>(tile::seeThrough.size());
+    return static_cast<std::int16_t>(tile::pictureCount + slot * seeThroughCount + index);
+}
 
 std::vector<Canvas> drawTileSet(const WorldTheme& theme) {
     std::vector<Canvas> tiles;
     tiles.reserve(tile::count);
-    for (std::int32_t number = 0; number < tile::count; ++number) {
+    for (std::int32_t number = 0; number < tile::pictureCount; ++number) {
         tiles.push_back(drawTile(number, theme.number));
+    }
+    // In the order overSky numbers them: by slot, then by see-through index.
+    for (std::int32_t slot = 0; slot < tile::skyBands - 1; ++slot) {
+        for (const std::int16_t which : tile::seeThrough) {
+            const std::int32_t band = slot < homeSkyBand(which) ? slot : slot + 1;
+            tiles.push_back(drawOverSky(which, band, theme.number));
+        }
     }
     return tiles;
 }

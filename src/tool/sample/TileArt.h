@@ -3,6 +3,7 @@
 #include "tool/sample/Canvas.h"
 #include "tool/sample/Theme.h"
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -26,8 +27,61 @@ inline constexpr std::int16_t liquidSurface = 60, liquid = 61, spikesUp = 62, sp
                               trunkLeft = 69, trunkRight = 70, crownTopLeft = 71,
                               crownTopRight = 72, crownBottomLeft = 73, crownBottomRight = 74,
                               rock = 75, torch = 76, mushroom = 77, crate = 79;
-inline constexpr std::int32_t count = 80;
+// The tiles drawn from their own picture; copies over other sky bands follow.
+inline constexpr std::int32_t pictureCount = 80;
+
+// Tiles the sky shows through. Clouds are drawn over the sky2 band, the rest
+// over sky3; each has a copy over the three other bands of the gradient, so
+// it can stand anywhere in the sky without a box of the wrong colour.
+inline constexpr std::array<std::int16_t, 39> seeThrough{cloudTopLeft,
+                                                         cloudTop,
+                                                         cloudTopRight,
+                                                         cloudBottomLeft,
+                                                         cloudBottom,
+                                                         cloudBottomRight,
+                                                         hillLeft,
+                                                         hillTop,
+                                                         hillRight,
+                                                         hillFill,
+                                                         grassLeft,
+                                                         grassRight,
+                                                         grassSingle,
+                                                         platformLeft,
+                                                         platform,
+                                                         platformRight,
+                                                         ladder,
+                                                         pipeTopLeft,
+                                                         pipeTopRight,
+                                                         pipeLeft,
+                                                         pipeRight,
+                                                         bridge,
+                                                         spikesUp,
+                                                         spikesDown,
+                                                         coin,
+                                                         gem,
+                                                         bush,
+                                                         flower,
+                                                         fence,
+                                                         trunkLeft,
+                                                         trunkRight,
+                                                         crownTopLeft,
+                                                         crownTopRight,
+                                                         crownBottomLeft,
+                                                         crownBottomRight,
+                                                         rock,
+                                                         torch,
+                                                         mushroom,
+                                                         crate};
+inline constexpr std::int32_t skyBands = 4;
+inline constexpr std::int32_t count =
+    pictureCount + (skyBands - 1) * static_cast<std::int32_t>(seeThrough.size());
 } // namespace tile
+
+// The sky band (0 top ... 3 horizon) a tile's see-through pixels show.
+std::int32_t homeSkyBand(std::int16_t which);
+// The tile that shows `which` over sky band `band` (0 top ... 3 horizon):
+// `which` itself over its own band or when no sky shows through it.
+std::int16_t overSky(std::int16_t which, std::int32_t band);
 
 inline constexpr std::int32_t tileSize = 16;
 
