@@ -3,7 +3,7 @@
 
 #include "native/marvek.h"
 
-#include "../tests/packer/sampleData.h"
+#include "../tests/support/sampleData.h"
 
 #include <benchmark/benchmark.h>
 
@@ -52,12 +52,12 @@ void packRepeatedly(benchmark::State& state, const Bytes& data, std::int32_t mod
 }
 
 const Bytes& levelFile() {
-    static const Bytes data = marvek::sample::levelLike(53588, 4);
+    static const Bytes data = marvek::test::levelLike(53588, 4);
     return data;
 }
 
 const Bytes& bitplaneFile() {
-    static const Bytes data = marvek::sample::bitplaneLike(256, 5);
+    static const Bytes data = marvek::test::bitplaneLike(256, 5);
     return data;
 }
 

@@ -1,5 +1,5 @@
 // Unpacking the same packed files with our unpacker and with ancient.
-#include "../tests/imploder/sampleData.h"
+#include "../tests/support/sampleData.h"
 #include "native/marvek.h"
 
 #include <ancient/ancient.hpp>
@@ -25,12 +25,12 @@ Bytes packBest(const Bytes& data) {
 
 // 300 x 84 cells of 16 bits plus the level's other chunks.
 const Bytes& packedLevel() {
-    static const Bytes file = packBest(marvek::testing::levelLikeBytes(53588, 1));
+    static const Bytes file = packBest(marvek::test::levelLike(53588, 1));
     return file;
 }
 
 const Bytes& packedBitplanes() {
-    static const Bytes file = packBest(marvek::testing::bitplaneLikeBytes(320 * 1024, 2));
+    static const Bytes file = packBest(marvek::test::bitplaneLike(1638, 2));
     return file;
 }
 

@@ -1,58 +1,27 @@
 #include "graphics/clsBitmap.h"
 #include "graphics/clsBackBuffer.h"
 #include "native/marvek.h"
-#include "support/TempDir.h"
+#include "support/bitmapFiles.h"
+#include "support/images.h"
 
 #include <QImage>
 #include <QString>
 #include <gtest/gtest.h>
 
+#include <tuple>
+#include <utility>
 #include <vector>
 
-namespace marvek {
+namespace marvek::test {
 namespace {
 
-using test::readBytes;
-using test::TempDir;
-using test::writeBytes;
-
-void putLittle(std::vector<std::uint8_t>& out, std::uint32_t value, int bytes) {
-    for (int i = 0; i < bytes; ++i) {
-        out.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
-    }
-}
-
-// Headers as a standard writer makes them, a colour table of `colours`
-// entries (entry i is blue i, green 2i, red 3i) and the given pixel bytes.
-std::vector<std::uint8_t> bitmapFile(std::int32_t width, std::int32_t height, std::uint16_t bits,
-                                     std::uint32_t colours,
-                                     const std::vector<std::uint8_t>& pixels) {
-    const std::uint32_t offset = 54 + colours * 4;
-    std::vector<std::uint8_t> file{'B', 'M'};
-    putLittle(file, offset + static_cast<std::uint32_t>(pixels.size()), 4);
-    putLittle(file, 0, 4);
-    putLittle(file, offset, 4);
-    putLittle(file, 40, 4);
-    putLittle(file, static_cast<std::uint32_t>(width), 4);
-    putLittle(file, static_cast<std::uint32_t>(height), 4);
-    putLittle(file, 1, 2);
-    putLittle(file, bits, 2);
-    putLittle(file, 0, 4);
-    putLittle(file, static_cast<std::uint32_t>(pixels.size()), 4);
-    file.insert(file.end(), 16, 0); // resolutions and colour counts
+// Entry i is blue i, green 2i, red 3i.
+std::vector<std::uint32_t> rampTable(std::uint32_t colours) {
+    std::vector<std::uint32_t> table;
     for (std::uint32_t i = 0; i < colours; ++i) {
-        putLittle(file, i | (2 * i) << 8 | (3 * i) << 16, 4);
+        table.push_back(0x00030201u * i);
     }
-    file.insert(file.end(), pixels.begin(), pixels.end());
-    return file;
-}
-
-clsSurface imageOf(std::int32_t width, std::int32_t height,
-                   const std::vector<std::uint8_t>& pixels) {
-    clsSurface image;
-    EXPECT_TRUE(image.planarCreateEmpty(width, height));
-    std::copy(pixels.begin(), pixels.end(), image.ptrPlanar());
-    return image;
+    return table;
 }
 
 QImage qtRead(const std::filesystem::path& path) {
@@ -64,7 +33,7 @@ QImage qtRead(const std::filesystem::path& path) {
 TEST(BitmapWrite, PlanarImageBecomesAStandardEightBitFile) {
     TempDir folder;
     // 5 x 2, top row 0..4, bottom row 5..9.
-    auto image = imageOf(5, 2, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+    auto image = planarImage(5, 2, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
     clsPalette palette;
     for (std::uint32_t i = 0; i < 10; ++i) {
         palette.addEntry(0x00010203u * i); // red 3i, green 2i, blue i
@@ -139,43 +108,38 @@ TEST(BitmapWrite, BackBufferBecomesABottomUpThirtyTwoBitFile) {
 TEST(BitmapRead, EightBitFileGivesPlanarImageTopRowFirst) {
     TempDir folder;
     // 5 wide: rows of 8 bytes; the file's first row is the image's bottom row.
-    writeBytes(folder / "in.bmp",
-               bitmapFile(5, 2, 8, 256, {5, 6, 7, 8, 40, 0, 0, 0, 0, 1, 2, 3, 4, 0, 0, 0}));
+    writeBytes(folder / "in.bmp", bitmapFile(5, 2, 8, rampTable(256),
+                                             {5, 6, 7, 8, 40, 0, 0, 0, 0, 1, 2, 3, 4, 0, 0, 0}));
     clsBitmap bitmap;
     ASSERT_TRUE(bitmap.readFromFile(folder / "in.bmp"));
     EXPECT_EQ(bitmap.pixelBytes().size(), 17u) << "one byte more than the rows";
 
     const auto image = bitmap.createPlanar(5);
     ASSERT_TRUE(image.has_value());
-    EXPECT_EQ(image->planarWidth(), 5);
-    EXPECT_EQ(image->planarHeight(), 2);
-    EXPECT_EQ(std::vector<std::uint8_t>(image->planarPixels().begin(), image->planarPixels().end()),
-              (std::vector<std::uint8_t>{0, 1, 2, 3, 4, 5, 6, 7, 8, 40}))
+    EXPECT_EQ(std::pair(image->planarWidth(), image->planarHeight()), std::pair(5, 2));
+    EXPECT_EQ(planarOf(*image), (std::vector<std::uint8_t>{0, 1, 2, 3, 4, 5, 6, 7, 8, 40}))
         << "indices of 2^planes and above are kept";
     ASSERT_EQ(image->palette().Count(), 32);
     EXPECT_EQ(image->palette().Entry(31), 0x00001F3E5Du);
 
     const auto palette = bitmap.getPal(4);
     ASSERT_TRUE(palette.has_value());
-    EXPECT_EQ(palette->Count(), 16);
-    EXPECT_EQ(palette->Entry(2), 0x00020406u);
+    EXPECT_EQ(std::pair(palette->Count(), palette->Entry(2)), std::pair(16, 0x00020406u));
 }
 
 TEST(BitmapRead, OtherDepthsGivePaletteOrNothing) {
     TempDir folder;
     // 24 bits, 2 x 2: standard rows of 8 bytes; what is kept is
     // 3 * height * W4 + 1 bytes, the missing ones reading as zero.
-    writeBytes(folder / "deep.bmp", bitmapFile(2, 2, 24, 0, std::vector<std::uint8_t>(16, 0xEE)));
+    writeBytes(folder / "deep.bmp", bitmapFile(2, 2, 24, {}, std::vector<std::uint8_t>(16, 0xEE)));
     // 4 bits: a sixteen-entry table, but 1024 bytes of table are read.
-    writeBytes(folder / "nibble.bmp", bitmapFile(3, 1, 4, 16, {0x12, 0x30, 0, 0}));
+    writeBytes(folder / "nibble.bmp", bitmapFile(3, 1, 4, rampTable(16), {0x12, 0x30, 0, 0}));
 
     clsBitmap deep;
     ASSERT_TRUE(deep.readFromFile(folder / "deep.bmp"));
-    EXPECT_EQ(deep.pixelBytes().size(), 3u * 2 * 4 + 1);
-    EXPECT_EQ(deep.pixelBytes()[15], 0xEE);
-    EXPECT_EQ(deep.pixelBytes()[16], 0);
-    EXPECT_FALSE(deep.createPlanar(5).has_value());
-    EXPECT_FALSE(deep.getPal(5).has_value());
+    EXPECT_EQ(std::tuple(deep.pixelBytes().size(), deep.pixelBytes()[15], deep.pixelBytes()[16]),
+              std::tuple(std::size_t{3 * 2 * 4 + 1}, 0xEE, 0));
+    EXPECT_FALSE(deep.createPlanar(5) || deep.getPal(5));
 
     clsBitmap nibble;
     ASSERT_TRUE(nibble.readFromFile(folder / "nibble.bmp"));
@@ -188,34 +152,28 @@ TEST(BitmapRead, OtherDepthsGivePaletteOrNothing) {
 
 TEST(BitmapRead, RefusesMissingMalformedAndTruncatedFiles) {
     TempDir folder;
-    auto good = bitmapFile(4, 4, 8, 256, std::vector<std::uint8_t>(16, 3));
-    clsBitmap bitmap;
+    auto good = bitmapFile(4, 4, 8, rampTable(256), std::vector<std::uint8_t>(16, 3));
     writeBytes(folder / "good.bmp", good);
+    clsBitmap bitmap;
     ASSERT_TRUE(bitmap.readFromFile(folder / "good.bmp"));
 
     const auto refused = [&](const std::string& name, std::vector<std::uint8_t> bytes) {
         writeBytes(folder / name, bytes);
         EXPECT_FALSE(bitmap.readFromFile(folder / name)) << name;
     };
-    refused("short-pixels.bmp", std::vector<std::uint8_t>(good.begin(), good.end() - 1));
-    refused("headers-only.bmp", std::vector<std::uint8_t>(good.begin(), good.begin() + 54));
-    refused("half-header.bmp", std::vector<std::uint8_t>(good.begin(), good.begin() + 30));
-    refused("empty.bmp", {});
-    auto wrongType = good;
-    wrongType[0] = 'X';
-    refused("type.bmp", wrongType);
-    auto huge = good;
-    huge[18 + 3] = 0x40; // width 2^30: far more pixels than the file holds
-    refused("huge.bmp", huge);
-    auto topDown = good;
-    topDown[22 + 3] = 0xFF; // negative height
-    refused("top-down.bmp", topDown);
-    auto farOffset = good;
-    farOffset[10 + 3] = 0x7F;
-    refused("offset.bmp", farOffset);
-    auto compressed = good;
-    compressed[30] = 1;
-    refused("rle.bmp", compressed);
+    for (const std::size_t length : {0, 30, 54, 54 + 1024 + 15}) {
+        refused("cut.bmp", {good.begin(), good.begin() + static_cast<long>(length)});
+    }
+    const auto patched = [&](const char* name, std::size_t at, std::uint8_t value) {
+        auto file = good;
+        file[at] = value;
+        refused(name, file);
+    };
+    patched("type", 0, 'X');
+    patched("width 2^30, more than the file holds", 21, 0x40);
+    patched("negative height", 25, 0xFF);
+    patched("pixel offset", 13, 0x7F);
+    patched("compressed", 30, 1);
     EXPECT_FALSE(bitmap.readFromFile(folder / "missing.bmp"));
     EXPECT_FALSE(bitmap.readFromFile(folder.path()));
 
@@ -223,29 +181,5 @@ TEST(BitmapRead, RefusesMissingMalformedAndTruncatedFiles) {
     EXPECT_TRUE(bitmap.createPlanar(5).has_value());
 }
 
-TEST(BitmapRoundTrip, PlanarImageSurvivesWriteAndRead) {
-    TempDir folder;
-    std::vector<std::uint8_t> pixels(7 * 3);
-    for (std::size_t i = 0; i < pixels.size(); ++i) {
-        pixels[i] = static_cast<std::uint8_t>(i * 11);
-    }
-    auto image = imageOf(7, 3, pixels);
-    clsPalette palette;
-    palette.addEntry(0x00ABCDEF);
-    image.setPalette(palette);
-    clsBitmap written;
-    ASSERT_TRUE(written.createFromPlanarSurface(image));
-    written.writeToFile(folder / "round.bmp");
-
-    clsBitmap read;
-    ASSERT_TRUE(read.readFromFile(folder / "round.bmp"));
-    const auto back = read.createPlanar(8);
-    ASSERT_TRUE(back.has_value());
-    EXPECT_EQ(std::vector<std::uint8_t>(back->planarPixels().begin(), back->planarPixels().end()),
-              pixels);
-    EXPECT_EQ(back->palette().Count(), 256);
-    EXPECT_EQ(back->palette().Entry(0), 0x00ABCDEFu);
-}
-
 } // namespace
-} // namespace marvek
+} // namespace marvek::test

@@ -1,25 +1,20 @@
 #include "io/packedFile.h"
-#include "imploder/sampleData.h"
-#include "imploder/testEncoder.h"
-#include "imploder/unpackers.h"
 #include "io/FileError.h"
-#include "support/TempDir.h"
+#include "io/textHelpers.h"
+#include "support/expect.h"
+#include "support/packing.h"
+#include "support/sampleData.h"
 
 #include <gtest/gtest.h>
 
-namespace marvek {
+namespace marvek::test {
 namespace {
 
-using test::readBytes;
-using test::TempDir;
-using test::writeBytes;
-using testing::TestEncoder;
-
-std::vector<std::uint8_t> contentsOf(const clsDataBuffer& buffer) {
+Bytes contentsOf(const clsDataBuffer& buffer) {
     return {buffer.data().begin(), buffer.data().end()};
 }
 
-clsDataBuffer bufferOf(const std::vector<std::uint8_t>& bytes) {
+clsDataBuffer bufferOf(const Bytes& bytes) {
     clsDataBuffer buffer;
     buffer.Create(static_cast<std::int32_t>(bytes.size()));
     std::copy(bytes.begin(), bytes.end(), buffer.data().begin());
@@ -34,52 +29,42 @@ std::string magicOf(const std::filesystem::path& path) {
 class PackedFile : public ::testing::Test {
 protected:
     TempDir folder;
-    const std::vector<std::uint8_t> level = testing::levelLikeBytes(5000, 11);
+    const Bytes level = levelLike(5000, 11);
+    const Bytes packed = pack(level, 3);
 };
 
-TEST_F(PackedFile, RecognisesBothMagics) {
-    writeBytes(folder / "imp", TestEncoder::classic(3).pack(level));
-    writeBytes(folder / "atn", TestEncoder::classic(3).pack(level, imploder::kMagicAtn));
+TEST_F(PackedFile, ReadsBothMagicsAndPlainFiles) {
+    writeBytes(folder / "IMP", packed);
+    writeBytes(folder / "ATN", withMagic(packed, imploder::kMagicAtn));
     writeBytes(folder / "plain", level);
     writeBytes(folder / "tiny", {'I', 'M'});
-    EXPECT_TRUE(isFileIMP(folder / "imp"));
-    EXPECT_TRUE(isFileIMP(folder / "atn"));
-    EXPECT_FALSE(isFileIMP(folder / "plain"));
-    EXPECT_FALSE(isFileIMP(folder / "tiny"));
+    EXPECT_FALSE(isFileIMP(folder / "plain") || isFileIMP(folder / "tiny"));
     EXPECT_THROW(isFileIMP(folder / "missing"), FileError);
-}
-
-TEST_F(PackedFile, ExplodesAndReadsBits) {
-    for (const auto& magic : {imploder::kMagicImp, imploder::kMagicAtn}) {
-        writeBytes(folder / "L1MA1", TestEncoder::classic(7).pack(level, magic));
-        const ExplodeResult result = explodeFile(folder / "L1MA1");
+    for (const char* name : {"IMP", "ATN"}) {
+        EXPECT_TRUE(isFileIMP(folder / name));
+        const ExplodeResult result = explodeFile(folder / name);
         ASSERT_TRUE(result.buffer) << result.failure;
         EXPECT_EQ(contentsOf(*result.buffer), level);
-        clsBitStream bits = getFileBits(folder / "L1MA1");
+        clsBitStream bits = getFileBits(folder / name);
         EXPECT_EQ(bits.Size(), static_cast<std::int32_t>(level.size()));
         EXPECT_EQ(bits.getInteger(), static_cast<std::int16_t>(level[0] << 8 | level[1]));
     }
-}
-
-TEST_F(PackedFile, PlainFilesAreReadAsTheyAre) {
-    writeBytes(folder / "plain", level);
     std::string failure = "untouched";
-    clsBitStream bits = getFileBits(folder / "plain", &failure);
-    EXPECT_EQ(contentsOf(*bits.bufferGet()), level);
+    EXPECT_EQ(contentsOf(*getFileBits(folder / "plain", &failure).bufferGet()), level);
     EXPECT_EQ(failure, "untouched");
 }
 
 TEST_F(PackedFile, UnusableFilesGiveAnEmptyStreamAndTheReason) {
     for (std::uint32_t stored = 0; stored <= 3; ++stored) {
-        auto file = TestEncoder::classic(0).pack({'a', 'b', 'c'});
+        auto file = pack({'a', 'b', 'c'}, 0);
         imploder::writeBigEndian32(&file[4], stored);
-        testing::resealChecksum(file);
+        resealChecksum(file);
         writeBytes(folder / "short", file);
         std::string failure;
         EXPECT_EQ(getFileBits(folder / "short", &failure).Size(), 0);
         EXPECT_FALSE(failure.empty());
     }
-    auto corrupt = TestEncoder::classic(0).pack(level);
+    auto corrupt = packed;
     corrupt.back() ^= 0x40;
     writeBytes(folder / "corrupt", corrupt);
     const ExplodeResult result = explodeFile(folder / "corrupt");
@@ -90,44 +75,54 @@ TEST_F(PackedFile, UnusableFilesGiveAnEmptyStreamAndTheReason) {
     EXPECT_EQ(failure, result.failure);
 }
 
-TEST_F(PackedFile, ImplodeWritesAFileAncientAccepts) {
-    ASSERT_TRUE(implodeToFile(bufferOf(level), folder / "new"));
-    const auto written = readBytes(folder / "new");
-    EXPECT_EQ(magicOf(folder / "new"), "IMP!");
-    const std::size_t end = imploder::readBigEndian32(&written[8]);
-    EXPECT_EQ(written.size(), imploder::packedFileLength(end));
-    EXPECT_EQ(testing::unpackWithAncient(written), level);
-}
-
 TEST_F(PackedFile, SavingKeepsTheTargetsMagic) {
-    writeBytes(folder / "atn",
-               TestEncoder::classic(0).pack({'o', 'l', 'd', '!'}, imploder::kMagicAtn));
-    writeBytes(folder / "imp", TestEncoder::classic(0).pack({'o', 'l', 'd', '!'}));
+    const auto old = pack({'o', 'l', 'd', '!'}, 0);
+    writeBytes(folder / "atn", withMagic(old, imploder::kMagicAtn));
+    writeBytes(folder / "imp", old);
     writeBytes(folder / "plain", {'p', 'l', 'a', 'i', 'n'});
-    for (const char* name : {"atn", "imp", "plain"}) {
-        implodeToFile(bufferOf(level), folder / name);
-        EXPECT_EQ(testing::unpackWithAncient(readBytes(folder / name)), level) << name;
-        EXPECT_EQ(testing::unpackWithOurs(readBytes(folder / name)).data, level) << name;
+    for (const auto& [name, magic] :
+         {std::pair{"atn", "ATN!"}, {"imp", "IMP!"}, {"plain", "IMP!"}, {"new", "IMP!"}}) {
+        ASSERT_TRUE(implodeToFile(bufferOf(level), folder / name));
+        const auto written = readBytes(folder / name);
+        EXPECT_EQ(written.size(),
+                  imploder::packedFileLength(imploder::readBigEndian32(&written[8])));
+        EXPECT_EQ(unpackWithAncient(written), level) << name;
+        EXPECT_EQ(unpackWithOurs(written).data, level) << name;
+        EXPECT_EQ(magicOf(folder / name), magic);
     }
-    EXPECT_EQ(magicOf(folder / "atn"), "ATN!");
-    EXPECT_EQ(magicOf(folder / "imp"), "IMP!");
-    EXPECT_EQ(magicOf(folder / "plain"), "IMP!");
 }
 
 TEST_F(PackedFile, FailedSaveLeavesTheOldFile) {
-    const std::vector<std::uint8_t> old{'k', 'e', 'e', 'p'};
+    const Bytes old{'k', 'e', 'e', 'p'};
     writeBytes(folder / "target", old);
     clsDataBuffer empty;
     empty.Create(0);
-    try {
-        implodeToFile(empty, folder / "target");
-        FAIL() << "an empty buffer was packed";
-    } catch (const FileError& error) {
-        EXPECT_EQ(error.path(), folder / "target");
-    }
+    const auto error = failureOf<FileError>([&] { implodeToFile(empty, folder / "target"); });
+    EXPECT_TRUE(error && error->path() == folder / "target");
     EXPECT_EQ(readBytes(folder / "target"), old);
     EXPECT_THROW(implodeToFile(bufferOf(level), folder / "no-such-folder" / "x"), FileError);
 }
 
+using namespace std::string_literals;
+
+TEST(TextHelpers, StringToLongPutsTheFirstCharacterLowestAndStringsAreCutOrPadded) {
+    EXPECT_EQ(stringToLong("IMP!"), 0x21504D49);
+    EXPECT_EQ(stringToLong("A"), 0x41);
+    EXPECT_EQ(stringToLong("\xFF\xFF\xFF\xFF"), -1);
+    // stripFile keeps the folder.
+    EXPECT_EQ(stripFile("C:\\a\\b.bin"), "C:\\a");
+    EXPECT_EQ(stripFile("b.bin"), "b.bin");
+    EXPECT_EQ(stripFile("data\\x/L1MA1"), "data\\x");
+    EXPECT_EQ(stripFile("/L1MA1"), "");
+    // stripNull removes only trailing NULs, padRight never cuts.
+    EXPECT_EQ(stripNull("ab\0\0"s), "ab");
+    EXPECT_EQ(stripNull("a\0b\0"s), "a\0b"s);
+    EXPECT_EQ(stripNull("\0\0"s), "\0\0"s);
+    EXPECT_EQ(padRight("ab", 4, "yz"), "abyy");
+    EXPECT_EQ(padRight("abcdef", 4, "yz"), "abcdef");
+    EXPECT_EQ(padRight("ab", -3, "x"), "ab");
+    EXPECT_EQ(padRight("ab", 5, ""), "ab");
+}
+
 } // namespace
-} // namespace marvek
+} // namespace marvek::test

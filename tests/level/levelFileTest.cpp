@@ -1,25 +1,28 @@
-#include "levelTestSupport.h"
-
 #include "io/FileError.h"
 #include "io/packedFile.h"
 #include "native/marvek.h"
-#include "support/TempDir.h"
+#include "support/tool.h"
+#include "support/world.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string>
+#include <tuple>
 #include <utility>
 
 namespace marvek::test {
 namespace {
 
-std::string idAt(const std::vector<std::uint8_t>& bytes, std::size_t offset) {
+using Bytes = std::vector<std::uint8_t>;
+
+std::string idAt(const Bytes& bytes, std::size_t offset) {
     return {bytes.begin() + static_cast<std::ptrdiff_t>(offset),
             bytes.begin() + static_cast<std::ptrdiff_t>(offset + 4)};
 }
 
-std::uint32_t longAt(const std::vector<std::uint8_t>& bytes, std::size_t offset) {
+std::uint32_t longAt(const Bytes& bytes, std::size_t offset) {
     std::uint32_t value = 0;
     for (std::size_t i = 0; i < 4; ++i) {
         value = value << 8 | bytes[offset + i];
@@ -27,30 +30,22 @@ std::uint32_t longAt(const std::vector<std::uint8_t>& bytes, std::size_t offset)
     return value;
 }
 
-void expectSameLevel(const clsLevel& expected, const clsLevel& actual) {
-    EXPECT_EQ(expected.width, actual.width);
-    EXPECT_EQ(expected.height, actual.height);
-    ASSERT_EQ(expected.cells().size(), actual.cells().size());
-    EXPECT_TRUE(std::ranges::equal(expected.cells(), actual.cells(), [](Cell a, Cell b) {
-        return a.tile == b.tile && a.special == b.special;
-    }));
-    EXPECT_TRUE(std::ranges::equal(expected.defaultSpecials(), actual.defaultSpecials()));
-    EXPECT_TRUE(std::ranges::equal(expected.ccclData(), actual.ccclData()));
-    EXPECT_EQ(expected.remX(), actual.remX());
-    EXPECT_EQ(expected.remY(), actual.remY());
-}
+struct Loaded {
+    bool loads = false;
+    clsLevel level;
+    clsPalette palette;
+};
 
-void expectSamePalette(const clsPalette& expected, const clsPalette& actual) {
-    ASSERT_EQ(expected.Count(), actual.Count());
-    for (std::int32_t i = 0; i < expected.Count(); ++i) {
-        EXPECT_EQ(expected.Entry(i), actual.Entry(i)) << "entry " << i;
-    }
+Loaded load(const Bytes& bytes) {
+    Loaded result;
+    auto stream = streamOver(bytes);
+    result.loads = result.level.loadFromBits(stream, result.palette);
+    return result;
 }
 
 TEST(LevelFile, StandardLevelHasTheFixedLayout) {
-    const auto bytes = unpackedBytes(sampleLevel(), gamePalette());
+    const auto bytes = levelBytes(sampleLevel(), gamePalette());
     ASSERT_EQ(bytes.size(), 53588u);
-
     const std::vector<std::pair<std::size_t, std::string>> chunks = {
         {0, "WGMP"},    {12, "XBLK"},   {24, "YBLK"},  {36, "VERS"},   {72, "COM1"},
         {108, "COM2"},  {144, "REMX"},  {156, "REMY"}, {168, "IFFP"},  {240, "PALA"},
@@ -70,16 +65,21 @@ TEST(LevelFile, StandardLevelHasTheFixedLayout) {
     // Tile 12 brings special 5: 000101 then ten zero bits.
     EXPECT_EQ(bytes[1132 + 2 * 12], 0x14);
     EXPECT_EQ(bytes[1132 + 2 * 12 + 1], 0x00);
+    // Short tables are still written whole.
+    clsLevel level = sampleLevel();
+    level.setDefaultSpecials({});
+    const auto shortTables = levelBytes(level, clsPalette{});
+    ASSERT_EQ(shortTables.size(), 53588u);
+    EXPECT_EQ(idAt(shortTables, 440), "PALB");
+    EXPECT_EQ(idAt(shortTables, 3180), "BODY");
 }
 
 TEST(LevelFile, SavedLevelLoadsAgainUnchanged) {
     TempDir folder;
     clsLevel level = sampleLevel();
-    const clsPalette palette = gamePalette();
     level.fileName = (folder / "L1MA1").string();
     level.modified = true;
-    level.saveToFile((folder / "ignored").string(), palette);
-
+    level.saveToFile((folder / "ignored").string(), gamePalette());
     EXPECT_FALSE(level.modified);
     EXPECT_FALSE(std::filesystem::exists(folder / "ignored"));
     ASSERT_TRUE(isFileIMP(folder / "L1MA1"));
@@ -88,23 +88,21 @@ TEST(LevelFile, SavedLevelLoadsAgainUnchanged) {
     undoAdd(level.cells().data(), level.cellBytes());
     clsLevel loaded;
     loaded.modified = true;
-    clsPalette loadedPalette;
+    clsPalette palette;
     auto stream = getFileBits(folder / "L1MA1");
     ASSERT_EQ(stream.Size(), 53588);
-    ASSERT_TRUE(loaded.loadFromBits(stream, loadedPalette));
-    expectSameLevel(level, loaded);
-    expectSamePalette(palette, loadedPalette);
+    ASSERT_TRUE(loaded.loadFromBits(stream, palette));
+    // Every field the file holds, and the palette, came back.
+    EXPECT_TRUE(levelBytes(loaded, palette) == levelBytes(level, gamePalette()));
+    EXPECT_EQ(loaded.remY(), 123456);
+    EXPECT_EQ(palette.Entry(31), gamePalette().Entry(31));
     EXPECT_FALSE(loaded.modified);
     EXPECT_EQ(undoCount(), 0);
-}
 
-TEST(LevelFile, SaveFailureKeepsTheLevelModified) {
-    TempDir folder;
-    clsLevel level = sampleLevel(20, 10);
     level.fileName = (folder / "missing" / "L1MA1").string();
     level.modified = true;
     EXPECT_THROW(level.saveToFile(level.fileName, gamePalette()), FileError);
-    EXPECT_TRUE(level.modified);
+    EXPECT_TRUE(level.modified) << "a failed save keeps the level modified";
 }
 
 // The WGMP value is always that of a standard level; this refusal is wanted.
@@ -113,8 +111,6 @@ TEST(LevelFile, NonStandardSizeSavesButDoesNotLoad) {
     clsLevel level = sampleLevel(20, 10);
     level.fileName = (folder / "small").string();
     level.saveToFile(level.fileName, gamePalette());
-    ASSERT_TRUE(std::filesystem::exists(level.fileName));
-
     auto stream = getFileBits(level.fileName);
     EXPECT_EQ(stream.Size(), 3188 + 400);
     clsLevel loaded;
@@ -125,63 +121,41 @@ TEST(LevelFile, NonStandardSizeSavesButDoesNotLoad) {
 TEST(LevelFile, OnlyLowBitsOfTileAndSpecialAreStored) {
     clsLevel level = sampleLevel();
     level.cellAt(0, 0) = Cell{1025, 65, 0};
-    const auto bytes = unpackedBytes(level, gamePalette());
+    const auto bytes = levelBytes(level, gamePalette());
     EXPECT_EQ(bytes[3188], 0x04);
     EXPECT_EQ(bytes[3189], 0x01);
-
-    auto stream = streamOver(bytes);
-    clsLevel loaded;
-    clsPalette palette;
-    ASSERT_TRUE(loaded.loadFromBits(stream, palette));
-    EXPECT_EQ(loaded.cellAt(0, 0).tile, 1);
-    EXPECT_EQ(loaded.cellAt(0, 0).special, 1);
+    const Loaded loaded = load(bytes);
+    ASSERT_TRUE(loaded.loads);
+    EXPECT_EQ(loaded.level.cellAt(0, 0).tile, 1);
+    EXPECT_EQ(loaded.level.cellAt(0, 0).special, 1);
 }
 
-TEST(LevelFile, ShortTablesAreStillWrittenWhole) {
-    clsLevel level = sampleLevel();
-    level.setDefaultSpecials({});
-    clsPalette empty;
-    const auto bytes = unpackedBytes(level, empty);
-    ASSERT_EQ(bytes.size(), 53588u);
-    EXPECT_EQ(idAt(bytes, 440), "PALB");
-    EXPECT_EQ(idAt(bytes, 3180), "BODY");
-}
+TEST(LevelFile, UnknownChunksAreSkippedAndThePaletteIsThreeBlocksWhateverItsLength) {
+    const Loaded plain = load(ChunkBuilder()
+                                  .longChunk("XBLK", 2)
+                                  .chunk("ABCD", {1, 2, 3, 4, 5})
+                                  .longChunk("YBLK", 1)
+                                  .chunk("body", {0xFF, 0xFF, 0xFF, 0xFF})
+                                  .longChunk("REMX", 9)
+                                  .chunk("BODY", {0x14, 0x03, 0x00, 0x02})
+                                  .bytes());
+    ASSERT_TRUE(plain.loads);
+    EXPECT_EQ(std::tuple(plain.level.width, plain.level.height, plain.level.remX()),
+              std::tuple(2, 1, 9));
+    const Cell first = plain.level.cellAt(0, 0), second = plain.level.cellAt(1, 0);
+    EXPECT_EQ(std::tuple(first.special, first.tile, second.special, second.tile),
+              std::tuple(5, 3, 0, 2));
+    EXPECT_EQ(plain.palette.Count(), 0) << "no PALA, palette untouched";
 
-TEST(LevelFile, ChunksTheReaderDoesNotKnowAreSkipped) {
-    ChunkBuilder file;
-    file.longChunk("XBLK", 2)
-        .chunk("ABCD", {1, 2, 3, 4, 5})
-        .longChunk("YBLK", 1)
-        .chunk("body", {0xFF, 0xFF, 0xFF, 0xFF})
-        .longChunk("REMX", 9)
-        .chunk("BODY", {0x14, 0x03, 0x00, 0x02});
-    auto stream = streamOver(file.bytes());
-    clsLevel level;
-    clsPalette palette;
-    ASSERT_TRUE(level.loadFromBits(stream, palette));
-    EXPECT_EQ(level.width, 2);
-    EXPECT_EQ(level.height, 1);
-    EXPECT_EQ(level.remX(), 9);
-    EXPECT_EQ(level.cellAt(0, 0).special, 5);
-    EXPECT_EQ(level.cellAt(0, 0).tile, 3);
-    EXPECT_EQ(level.cellAt(1, 0).special, 0);
-    EXPECT_EQ(level.cellAt(1, 0).tile, 2);
-    EXPECT_EQ(palette.Count(), 0) << "no PALA, palette untouched";
-}
-
-TEST(LevelFile, PaletteChunkIsReadAsThreeBlocksWhateverItsLength) {
-    std::vector<std::uint8_t> pala(192);
+    Bytes pala(192);
     pala[64] = 0x00; // entry 0: red 0, green 15, blue 15
     pala[65] = 0xFF;
-    ChunkBuilder file;
-    file.chunk("PALA", 4, pala).longChunk("REMY", 77);
-    auto stream = streamOver(file.bytes());
-    clsLevel level;
-    clsPalette palette;
-    ASSERT_TRUE(level.loadFromBits(stream, palette));
-    ASSERT_EQ(palette.Count(), 32);
-    EXPECT_EQ(palette.Entry(0), 0x00FFFF00u);
-    EXPECT_EQ(level.remY(), 77);
+    const Loaded coloured =
+        load(ChunkBuilder().chunk("PALA", 4, pala).longChunk("REMY", 77).bytes());
+    ASSERT_TRUE(coloured.loads);
+    EXPECT_EQ(
+        std::tuple(coloured.palette.Count(), coloured.palette.Entry(0), coloured.level.remY()),
+        std::tuple(32, 0x00FFFF00u, 77));
 }
 
 TEST(LevelFile, RefusesMapsOfNoSensibleSizeAtBody) {
@@ -192,50 +166,43 @@ TEST(LevelFile, RefusesMapsOfNoSensibleSizeAtBody) {
     for (const Case c :
          {Case{0, 84, false}, Case{300, 0, false}, Case{0xFFFFFFFF, 84, false},
           Case{1048577, 1, false}, Case{65536, 65536, false}, Case{1048576, 1, true}}) {
-        ChunkBuilder file;
-        file.longChunk("XBLK", c.width).longChunk("YBLK", c.height).chunk("BODY", {0, 0});
-        auto stream = streamOver(file.bytes());
-        clsLevel level;
-        clsPalette palette;
-        EXPECT_EQ(level.loadFromBits(stream, palette), c.loads) << c.width << " x " << c.height;
+        EXPECT_EQ(load(ChunkBuilder()
+                           .longChunk("XBLK", c.width)
+                           .longChunk("YBLK", c.height)
+                           .chunk("BODY", {0, 0})
+                           .bytes())
+                      .loads,
+                  c.loads)
+            << c.width << " x " << c.height;
     }
 }
 
 TEST(LevelFile, TruncatedFilesLoadWhatIsThere) {
-    const auto whole = unpackedBytes(sampleLevel(), gamePalette());
+    const auto whole = levelBytes(sampleLevel(), gamePalette());
     // The last cell holds tile 519: cut off its low byte and 512 is left.
-    const std::vector<std::pair<std::size_t, std::int16_t>> cuts = {
-        {3189, 0}, {3300, 0}, {53587, 512}};
-    for (const auto& [length, lastTile] : cuts) {
-        std::vector<std::uint8_t> cut(whole.begin(),
-                                      whole.begin() + static_cast<std::ptrdiff_t>(length));
+    for (const auto& [length, lastTile] :
+         std::vector<std::pair<std::size_t, std::int16_t>>{{3189, 0}, {3300, 0}, {53587, 512}}) {
+        Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
         // The WGMP value has to agree with the shorter data.
         const auto size = ChunkBuilder::bigEndian(static_cast<std::uint32_t>(length));
         std::copy(size.begin(), size.end(), cut.begin() + 8);
-        auto stream = streamOver(cut);
-        clsLevel level;
-        clsPalette palette;
-        ASSERT_TRUE(level.loadFromBits(stream, palette)) << length;
-        EXPECT_EQ(level.cells().size(), 25200u);
-        EXPECT_EQ(level.cells().back().tile, lastTile) << "cells past the end read as zero";
+        const Loaded loaded = load(cut);
+        ASSERT_TRUE(loaded.loads) << length;
+        EXPECT_EQ(loaded.level.cells().size(), 25200u);
+        EXPECT_EQ(loaded.level.cells().back().tile, lastTile) << "cells past the end read as zero";
     }
 }
 
 TEST(LevelFile, HugeStatedLengthsDoNotRunAway) {
-    ChunkBuilder file;
-    file.longChunk("XBLK", 4).chunk("IFFC", 0xFFFFFFFF, {0x14, 0x00, 0x08, 0x00});
-    auto stream = streamOver(file.bytes());
-    clsLevel level;
-    clsPalette palette;
-    ASSERT_TRUE(level.loadFromBits(stream, palette));
-    ASSERT_GE(level.defaultSpecials().size(), 2u);
-    EXPECT_EQ(level.defaultSpecials()[0], 5);
-    EXPECT_EQ(level.defaultSpecials()[1], 2);
-
-    ChunkBuilder skipped;
-    skipped.chunk("VERS", 0xFFFFFFF0, {1, 2, 3});
-    auto skipStream = streamOver(skipped.bytes());
-    EXPECT_TRUE(level.loadFromBits(skipStream, palette));
+    const Loaded loaded = load(ChunkBuilder()
+                                   .longChunk("XBLK", 4)
+                                   .chunk("IFFC", 0xFFFFFFFF, {0x14, 0x00, 0x08, 0x00})
+                                   .bytes());
+    ASSERT_TRUE(loaded.loads);
+    ASSERT_GE(loaded.level.defaultSpecials().size(), 2u);
+    EXPECT_EQ(loaded.level.defaultSpecials()[0], 5);
+    EXPECT_EQ(loaded.level.defaultSpecials()[1], 2);
+    EXPECT_TRUE(load(ChunkBuilder().chunk("VERS", 0xFFFFFFF0, {1, 2, 3}).bytes()).loads);
 }
 
 TEST(LevelFile, EmptyOrMismatchedStreamsFail) {
@@ -243,15 +210,47 @@ TEST(LevelFile, EmptyOrMismatchedStreamsFail) {
     clsPalette palette;
     clsBitStream noStorage;
     EXPECT_FALSE(level.loadFromBits(noStorage, palette));
-    auto empty = streamOver({});
-    EXPECT_FALSE(level.loadFromBits(empty, palette));
-
-    ChunkBuilder file;
-    file.longChunk("XBLK", 3).longChunk("WGMP", 53588).longChunk("YBLK", 4);
-    auto stream = streamOver(file.bytes());
+    EXPECT_FALSE(load({}).loads);
+    auto stream = streamOver(
+        ChunkBuilder().longChunk("XBLK", 3).longChunk("WGMP", 53588).longChunk("YBLK", 4).bytes());
     EXPECT_FALSE(level.loadFromBits(stream, palette));
     EXPECT_EQ(level.width, 3) << "fields read before the failing chunk stay";
     EXPECT_EQ(level.height, 0);
+}
+
+using ::testing::HasSubstr;
+
+TEST(InfoTool, DescribesASavedLevelAndFailsClearlyOnBadInput) {
+    TempDir folder;
+    clsLevel level = sampleLevel();
+    level.fileName = (folder / "L1MA1").string();
+    level.saveToFile(level.fileName, gamePalette());
+
+    const auto run = runTool("info " + shellQuoted(level.fileName));
+    ASSERT_EQ(run.exitCode, 0) << run.errors;
+    // Cells with i % 97 == 0 hold 5, the other multiples of 211 hold 63.
+    for (const char* line :
+         {"packed: yes", "size: 300 x 84", "WGMP      4 bytes at 0\n", "PALA    192 bytes at 240\n",
+          "BODY  50400 bytes at 3180\n", "special 0: 24822\n", "special 5: 260\n",
+          "special 63: 118\n", "tile 12 -> special 5\n", "tile 1023 -> special 63\n"}) {
+        EXPECT_THAT(run.output, HasSubstr(line));
+    }
+    EXPECT_LT(run.output.find("PALD"), run.output.find("COLS"));
+    // A chunk that claims more bytes than the file has.
+    writeBytes(folder / "broken",
+               ChunkBuilder().longChunk("XBLK", 300).chunk("BODY", 1000, {1, 2}).bytes());
+    writeBytes(folder / "packed", {'I', 'M', 'P', '!', 0, 0, 1, 0, 9, 9, 9});
+    for (const auto& [name, reason] :
+         {std::pair{"nothing", ""}, {"broken", "BODY"}, {"packed", ""}}) {
+        const auto failed = runTool("info " + shellQuoted(folder / name));
+        EXPECT_EQ(failed.exitCode, 1) << name;
+        EXPECT_THAT(failed.errors, HasSubstr((folder / name).string()));
+        EXPECT_THAT(failed.errors, HasSubstr(reason));
+    }
+    EXPECT_EQ(runTool("info a b").exitCode, 2);
+    const auto usage = runTool("info");
+    EXPECT_EQ(usage.exitCode, 2);
+    EXPECT_THAT(usage.errors, HasSubstr("usage"));
 }
 
 } // namespace

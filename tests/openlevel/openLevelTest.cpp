@@ -1,15 +1,17 @@
-#include "openlevel/testWorld.h"
-
 #include "data/openLevel.h"
+#include "data/levelConfiguration.h"
 #include "io/FileError.h"
-#include "io/packedFile.h"
+#include "io/findFile.h"
+#include "support/expect.h"
+#include "support/world.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <tuple>
 
-namespace marvek {
+namespace marvek::test {
 namespace {
 
 using ::testing::ElementsAre;
@@ -29,19 +31,8 @@ protected:
         return tags;
     }
 
-    // The FileError the request fails with.
-    FileError failure(const OpenLevelRequest& request) const {
-        try {
-            openLevel(request);
-        } catch (const FileError& error) {
-            return error;
-        }
-        ADD_FAILURE() << "the level opened";
-        return FileError("", "");
-    }
-
-    test::TempDir scratch;
-    test::TestWorld world;
+    TempDir scratch;
+    TestWorld world;
 };
 
 TEST_F(OpenLevel, LoadsEveryPartInOrderAndReportsEachStage) {
@@ -53,24 +44,22 @@ TEST_F(OpenLevel, LoadsEveryPartInOrderAndReportsEachStage) {
 
     EXPECT_THAT(stages, ElementsAre("Loading level...", "Loading tiles...", "Loading sprites...",
                                     "Loading specials..."));
-    EXPECT_EQ(opened.level.width, test::TestWorld::width);
-    EXPECT_EQ(opened.level.cellAt(1, 0).special, 2);
+    EXPECT_EQ(std::pair(opened.level.width, int{opened.level.cellAt(1, 0).special}),
+              std::pair(TestWorld::width, 2));
     EXPECT_EQ(opened.level.fileName, world.levelPath().string());
-    EXPECT_EQ(opened.palette.Count(), clsPalette::gameEntries);
-    EXPECT_EQ(opened.palette.Entry(21), test::TestWorld::palette().Entry(21));
+    EXPECT_EQ(std::pair(opened.palette.Count(), opened.palette.Entry(21)),
+              std::pair(32, gamePalette().Entry(21)));
     EXPECT_EQ(opened.tileSet.count(), 4);
     EXPECT_EQ(opened.tileFile, world.data() / "tiles"); // named "TILES" in the configuration
     EXPECT_EQ(opened.spriteFile, world.data() / "sprites");
-    EXPECT_EQ(opened.spriteSheet.planarWidth(), 320);
-    EXPECT_EQ(opened.spriteSheet.planarPixels()[16], 21);
+    EXPECT_EQ(int{opened.spriteSheet.planarPixels()[16]}, 21);
     EXPECT_THAT(tagsOf(opened.specialSet), ElementsAre("enemy", "Enemy", "hazard"));
-    ASSERT_NE(opened.specialSet.getSpecialLUT(2), nullptr);
-    EXPECT_TRUE(opened.specialSet.getSpecialLUT(2)->hasImage);
+    EXPECT_TRUE(opened.specialSet.getSpecialLUT(2) && opened.specialSet.getSpecialLUT(2)->hasImage);
 }
 
 TEST_F(OpenLevel, NoCommonLeavesTheSharedSpecialsOutAndUnknownOnlyWhenAsked) {
     world.writeConfig("solo.cfg", "tileSet = \"tiles\"; spriteSet = \"sprites\"; noCommon = 1;" +
-                                      test::TestWorld::ownSpecials());
+                                      TestWorld::ownSpecials());
     EXPECT_THAT(tagsOf(openLevel(request("solo")).specialSet), ElementsAre("Enemy", "hazard"));
     EXPECT_THAT(tagsOf(openLevel(request("solo", true)).specialSet),
                 ElementsAre("Enemy", "hazard", "unknown"));
@@ -83,7 +72,6 @@ TEST_F(OpenLevel, FindsNamesWrittenInAnotherCase) {
                             world.app() / "config" / "World1.CFG");
     std::filesystem::rename(world.levelPath(), world.data() / "l1ma1");
     EXPECT_EQ(openLevel(request()).level.fileName, (world.data() / "l1ma1").string());
-
     // A path outside the data folder is taken as it is; only its name may
     // differ in case.
     std::filesystem::copy_file(world.data() / "l1ma1", scratch / "L2ma4");
@@ -93,20 +81,19 @@ TEST_F(OpenLevel, FindsNamesWrittenInAnotherCase) {
 }
 
 TEST_F(OpenLevel, AMissingOrBrokenFileIsAnErrorNamingIt) {
-    using World = test::TestWorld;
     struct Case {
-        std::function<void(const World&)> breakIt;
+        std::function<void(const TestWorld&)> breakIt;
         std::string file; // below the world's root
         std::string reason;
     };
     const auto remove = [](std::string file) {
-        return [file](const World& w) { std::filesystem::remove(w.root() / file); };
+        return [file](const TestWorld& w) { std::filesystem::remove(w.root() / file); };
     };
     const auto writeLevel = [](std::vector<std::uint8_t> bytes) {
-        return [bytes](const World& w) { test::writeBytes(w.levelPath(), bytes); };
+        return [bytes](const TestWorld& w) { writeBytes(w.levelPath(), bytes); };
     };
     const auto writeConfig = [](std::string name, std::string text) {
-        return [name, text](const World& w) { w.writeConfig(name, text); };
+        return [name, text](const TestWorld& w) { w.writeConfig(name, text); };
     };
     const Case cases[] = {
         {remove("data/L1MA1"), "data/L1MA1", "does not exist"},
@@ -126,14 +113,66 @@ TEST_F(OpenLevel, AMissingOrBrokenFileIsAnErrorNamingIt) {
          "app/config/unknown.cfg", "outside"},
     };
     for (const Case& broken : cases) {
-        const World fresh;
+        const TestWorld fresh;
         broken.breakIt(fresh);
         const std::filesystem::path file = fresh.root() / broken.file;
-        const FileError error = failure({fresh.app(), fresh.data(), "L1MA1", "world1", true});
-        EXPECT_EQ(error.path(), file) << error.what();
-        EXPECT_THAT(error.what(), HasSubstr(broken.reason)) << broken.file;
+        const auto error = failureOf<FileError>([&] {
+            openLevel({fresh.app(), fresh.data(), "L1MA1", "world1", true});
+        });
+        ASSERT_TRUE(error) << broken.file;
+        EXPECT_EQ(error->path(), file) << error->what();
+        EXPECT_THAT(error->what(), HasSubstr(broken.reason)) << broken.file;
+    }
+}
+
+using ::testing::UnorderedElementsAre;
+
+class FolderLists : public ::testing::Test {
+protected:
+    TempDir folder;
+    const std::filesystem::path config = folder / "config";
+};
+
+TEST_F(FolderLists, ConfigurationsAreEveryFileButTheReservedOnes) {
+    for (const char* name :
+         {"common.cfg", "unknown.cfg", "world1.cfg", "World2.CFG", "notes.txt", "COMMON.bak"}) {
+        writeText(config / name, "");
+    }
+    std::filesystem::create_directories(config / "old");
+    const NameList list = listConfigurations(folder.path(), "world1");
+    EXPECT_THAT(list.names, UnorderedElementsAre("world1", "world2", "notes"));
+    EXPECT_EQ(list.names.at(list.selected.value()), "world1");
+    EXPECT_FALSE(listConfigurations(folder.path(), "World2").selected.has_value());
+    EXPECT_TRUE(listConfigurations(folder.path() / "nowhere", "world1").names.empty());
+}
+
+TEST_F(FolderLists, LevelsAreNamedLxMAAndNamesAreFoundIgnoringCaseOrKeptAsGiven) {
+    for (const char* name : {"L1MA1", "l2ma3", "L1MB1", "XLMA1", "LMA", "MPIC", "L9MAP.bak"}) {
+        writeText(folder / name, "");
+    }
+    const NameList list = listLevels(folder.path(), "L2MA3");
+    EXPECT_THAT(list.names, UnorderedElementsAre("L1MA1", "L2MA3", "L9MAP.BAK"));
+    EXPECT_EQ(list.names.at(list.selected.value()), "L2MA3");
+    EXPECT_FALSE(listLevels(folder.path(), "l2ma3").selected.has_value());
+    writeText(config / "World2.CFG", "");
+    EXPECT_EQ(configurationPath(folder.path(), "world2"), config / "World2.CFG");
+    EXPECT_EQ(findFile(folder.path(), "L7MA7"), folder / "L7MA7");
+}
+
+TEST_F(FolderLists, ConfigurationKeysAreReadWithNoCommonOptional) {
+    const auto path = config / "w.cfg";
+    writeText(path, "tileSet = \"TILES1\"; spriteSet = \"SPRITES1\";");
+    const LevelConfiguration plain = readLevelConfiguration(path);
+    EXPECT_EQ(std::tuple(plain.tileSet, plain.spriteSet, plain.noCommon),
+              std::tuple("TILES1", "SPRITES1", 0));
+    for (const char* text : {"spriteSet = \"S\";", "tileSet = \"T\";",
+                             "tileSet = \"T\"; spriteSet = \"S\"; noCommon = 256;",
+                             "tileSet = \"T\"; spriteSet { }"}) {
+        writeText(path, text);
+        const auto error = failureOf<FileError>([&] { readLevelConfiguration(path); });
+        EXPECT_TRUE(error && error->path() == path) << text;
     }
 }
 
 } // namespace
-} // namespace marvek
+} // namespace marvek::test

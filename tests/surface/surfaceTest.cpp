@@ -1,36 +1,99 @@
+#include "graphics/clsBitmap.h"
 #include "graphics/clsSurface.h"
-#include "io/clsBitStream.h"
+#include "native/marvek.h"
+#include "support/TempDir.h"
+#include "support/expect.h"
+#include "support/images.h"
+#include "support/streams.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
 #include <ostream>
 #include <random>
+#include <utility>
 #include <vector>
 
-namespace marvek {
+namespace marvek::test {
 namespace {
 
-std::shared_ptr<clsDataBuffer> bufferOf(const std::vector<std::uint8_t>& bytes) {
-    auto buffer = std::make_shared<clsDataBuffer>();
-    buffer->Create(static_cast<std::int32_t>(bytes.size()));
-    std::copy(bytes.begin(), bytes.end(), buffer->data().begin());
-    return buffer;
+const std::uint32_t transparent = createBGRA(0, 0, 0, 255);
+
+TEST(PlanarToSurface, MapsIndicesThroughThePaletteAndAnEmptyOneKeepsTheOldSurface) {
+    auto image = planarImage(4, 1, {0, 1, 2, 7});
+    const auto palette = paletteOf({0x000000FF, 0x00102030, 0x00FFFFFF});
+    ASSERT_TRUE(image.planarToSurface(palette, 0));
+    EXPECT_EQ(std::pair(image.width(), image.height()), std::pair(4, 1));
+    // Index 0 is transparent here, and so is an index beyond the palette.
+    expectPixels(image.surface(), {{0, 0, transparent},
+                                   {1, 0, createBGRA(0x30, 0x20, 0x10, 0)},
+                                   {2, 0, createBGRA(255, 255, 255, 0)},
+                                   {3, 0, transparent}});
+    EXPECT_EQ(image.palette().Count(), 3);
+    ASSERT_TRUE(image.planarToSurface(palette, -1));
+    EXPECT_EQ(surfaceGetPixel(image.surface(), 0, 0), createBGRA(255, 0, 0, 0));
+
+    const auto before = image.surface();
+    EXPECT_FALSE(image.planarToSurface(clsPalette{}, -1));
+    EXPECT_EQ(image.surface(), before);
+    EXPECT_EQ(surfaceGetPixel(before, 1, 0), createBGRA(0x30, 0x20, 0x10, 0));
+    EXPECT_EQ(image.palette().Count(), 3);
 }
 
-clsBitStream streamOver(const std::vector<std::uint8_t>& bytes, std::uint8_t spare = 0) {
-    auto buffer = bufferOf(bytes);
-    buffer->putByte(buffer->Size(), spare);
-    clsBitStream stream;
-    stream.loadFromBuffer(buffer);
-    return stream;
+TEST(PlanarCopyFrom, TakesARectangleInsideTheSource) {
+    // 4 x 3, each pixel 10 * row + column.
+    const auto source = planarImage(4, 3, {0, 1, 2, 3, 10, 11, 12, 13, 20, 21, 22, 23});
+    clsSurface part;
+    ASSERT_TRUE(part.planarCopyFrom(source, 1, 1, 3, 2));
+    EXPECT_EQ(part.planarWidth(), 3);
+    EXPECT_EQ(part.planarHeight(), 2);
+    EXPECT_EQ(planarOf(part), (std::vector<std::uint8_t>{11, 12, 13, 21, 22, 23}));
+    EXPECT_FALSE(part.planarCopyFrom(source, 2, 0, 3, 1)) << "passes the right edge";
+    EXPECT_FALSE(part.planarCopyFrom(source, 0, -1, 1, 1));
+    EXPECT_EQ(part.planarWidth(), 3) << "a refused copy leaves the image";
 }
 
-std::vector<std::uint8_t> allBytes(const clsBitStream& stream) {
-    const auto buffer = stream.bufferGet();
-    const auto* first = buffer->ptrData();
-    return {first, first + buffer->Size() + 1};
+TEST(PlanarBlit, PastesRowsAndLeavesOutWhatFallsOutside) {
+    const auto stamp = planarImage(2, 2, {1, 2, 3, 4});
+    auto canvas = planarImage(3, 3, std::vector<std::uint8_t>(9, 0));
+    canvas.planarBlit(stamp, 1, 1);
+    EXPECT_EQ(planarOf(canvas), (std::vector<std::uint8_t>{0, 0, 0, 0, 1, 2, 0, 3, 4}));
+    canvas.planarBlit(stamp, -1, -1);
+    EXPECT_EQ(planarOf(canvas), (std::vector<std::uint8_t>{4, 0, 0, 0, 1, 2, 0, 3, 4}));
+    canvas.planarBlit(stamp, 2, -1);
+    canvas.planarBlit(stamp, 5, 0);
+    canvas.planarBlit(stamp, INT32_MIN, INT32_MAX);
+    EXPECT_EQ(planarOf(canvas), (std::vector<std::uint8_t>{4, 0, 3, 0, 1, 2, 0, 3, 4}));
+    canvas.planarBlit(canvas, 1, 0); // reads the image as it was before the paste
+    EXPECT_EQ(planarOf(canvas), (std::vector<std::uint8_t>{4, 4, 0, 0, 0, 1, 0, 0, 3}));
+}
+
+TEST(SurfaceFromFile, LoadsABitmapAndKeepsTheOldSurfaceOnFailure) {
+    TempDir folder;
+    auto image = planarImage(5, 3, std::vector<std::uint8_t>(15, 1));
+    image.setPalette(paletteOf({0, 0x00336699}));
+    clsBitmap bitmap;
+    ASSERT_TRUE(bitmap.createFromPlanarSurface(image));
+    bitmap.writeToFile(folder / "five.bmp");
+
+    clsSurface loaded;
+    ASSERT_TRUE(loaded.loadFromFile(folder / "five.bmp"));
+    EXPECT_EQ(std::pair(loaded.width(), loaded.height()), std::pair(5, 3));
+    EXPECT_EQ(surfaceGetPixel(loaded.surface(), 4, 2), createBGRA(0x99, 0x66, 0x33, 0));
+
+    const auto before = loaded.surface();
+    EXPECT_FALSE(loaded.loadFromFile(folder / "missing.bmp"));
+    EXPECT_EQ(loaded.surface(), before);
+    EXPECT_EQ(loaded.width(), 5);
+
+    ASSERT_TRUE(loaded.createEmpty(7, 2));
+    EXPECT_NE(loaded.surface(), 0);
+    EXPECT_EQ(surfaceGetWidth(before), 0) << "the replaced surface is destroyed";
+    EXPECT_EQ(loaded.width(), 7);
+}
+
+std::pair<std::int32_t, int> cursor(const clsBitStream& stream) {
+    return {stream.byteOffset(), stream.bitOffset()};
 }
 
 // The layout by definition, one stream bit at a time.
@@ -54,36 +117,7 @@ void referenceWrite(clsBitStream& stream, const std::vector<std::uint8_t>& pixel
     }
 }
 
-clsSurface imageOf(std::int32_t width, std::int32_t height,
-                   const std::vector<std::uint8_t>& pixels) {
-    clsSurface image;
-    EXPECT_TRUE(image.planarCreateEmpty(width, height));
-    std::copy(pixels.begin(), pixels.end(), image.ptrPlanar());
-    return image;
-}
-
-std::vector<std::uint8_t> planarOf(const clsSurface& image) {
-    return {image.planarPixels().begin(), image.planarPixels().end()};
-}
-
-TEST(PlanarLayout, TwoPixelsTwoPlanesInBothDirections) {
-    // Indices 1 and 2: plane 0 holds 1, 0 and plane 1 holds 0, 1.
-    const auto image = imageOf(2, 1, {1, 2});
-    clsBitStream stream;
-    stream.Create();
-    stream.autoExpand = true;
-    ASSERT_TRUE(image.planarWriteTo(stream, 2));
-    EXPECT_EQ(allBytes(stream), (std::vector<std::uint8_t>{0x90}));
-    EXPECT_EQ(stream.byteOffset(), 0);
-    EXPECT_EQ(stream.bitOffset(), 4);
-
-    auto reader = streamOver({0x90});
-    clsSurface decoded;
-    ASSERT_TRUE(decoded.planarLoadFromBits(reader, 2, 1, 2));
-    EXPECT_EQ(planarOf(decoded), (std::vector<std::uint8_t>{1, 2}));
-}
-
-TEST(PlanarLayout, TileOfFivePlanesIsOneHundredSixtyBytes) {
+TEST(PlanarLayout, TileOfFivePlanesIsOneHundredSixtyBytesAndBadSizesAreRefused) {
     std::vector<std::uint8_t> pixels(256, 0);
     pixels[0] = 31;   // first bit of every plane
     pixels[255] = 5;  // last bit of planes 0 and 2
@@ -96,10 +130,8 @@ TEST(PlanarLayout, TileOfFivePlanesIsOneHundredSixtyBytes) {
     expected[95] = 0x01;
     expected[32 + 1] = 0x40;
 
-    clsBitStream stream;
-    stream.Create();
-    stream.autoExpand = true;
-    ASSERT_TRUE(imageOf(16, 16, pixels).planarWriteTo(stream, 5));
+    clsBitStream stream = growingStream();
+    ASSERT_TRUE(planarImage(16, 16, pixels).planarWriteTo(stream, 5));
     expected.push_back(0); // the buffer's spare byte
     EXPECT_EQ(allBytes(stream), expected);
     EXPECT_EQ(stream.byteOffset(), 160);
@@ -111,10 +143,8 @@ TEST(PlanarLayout, TileOfFivePlanesIsOneHundredSixtyBytes) {
     pixels[9] = 0x02;
     EXPECT_EQ(planarOf(tile), pixels);
     EXPECT_TRUE(reader.endOfStream());
-}
-
-TEST(PlanarLayout, RefusesMoreThanEightPlanesAndBadSizes) {
-    auto stream = streamOver({0xFF, 0xFF});
+    // More than eight planes and bad sizes are refused.
+    stream = streamOver({0xFF, 0xFF});
     clsSurface image;
     EXPECT_FALSE(image.planarLoadFromBits(stream, 2, 1, 9));
     EXPECT_FALSE(image.planarLoadFromBits(stream, -1, 1, 1));
@@ -152,15 +182,12 @@ TEST_P(PlanarAgreesWithBitByBit, WhenReading) {
     auto reference = streamOver(bytes, c.spare);
     ours.getBits(c.leadingBits);
     reference.getBits(c.leadingBits);
-
     clsSurface image;
     ASSERT_TRUE(image.planarLoadFromBits(ours, c.width, c.height, c.planes));
-
     const auto expected =
         referenceRead(reference, static_cast<std::size_t>(c.width) * c.height, c.planes);
     EXPECT_EQ(planarOf(image), expected);
-    EXPECT_EQ(ours.byteOffset(), reference.byteOffset());
-    EXPECT_EQ(ours.bitOffset(), reference.bitOffset());
+    EXPECT_EQ(cursor(ours), cursor(reference));
 }
 
 TEST_P(PlanarAgreesWithBitByBit, WhenWriting) {
@@ -170,7 +197,7 @@ TEST_P(PlanarAgreesWithBitByBit, WhenWriting) {
     std::generate(pixels.begin(), pixels.end(),
                   [&] { return static_cast<std::uint8_t>(random()); });
     const std::vector<std::uint8_t> old(static_cast<std::size_t>(c.dataBytes), 0xA5);
-    const auto image = imageOf(c.width, c.height, pixels);
+    const auto image = planarImage(c.width, c.height, pixels);
 
     for (const bool expand : {false, true}) {
         auto ours = streamOver(old, c.spare);
@@ -183,8 +210,7 @@ TEST_P(PlanarAgreesWithBitByBit, WhenWriting) {
         referenceWrite(reference, pixels, c.planes);
 
         EXPECT_EQ(allBytes(ours), allBytes(reference)) << "autoExpand " << expand;
-        EXPECT_EQ(ours.byteOffset(), reference.byteOffset()) << "autoExpand " << expand;
-        EXPECT_EQ(ours.bitOffset(), reference.bitOffset()) << "autoExpand " << expand;
+        EXPECT_EQ(cursor(ours), cursor(reference)) << "autoExpand " << expand;
     }
 }
 
@@ -199,4 +225,4 @@ INSTANTIATE_TEST_SUITE_P(Layouts, PlanarAgreesWithBitByBit,
                                            Case{320, 32, 5, 0, 6400, 0}));
 
 } // namespace
-} // namespace marvek
+} // namespace marvek::test

@@ -1,15 +1,16 @@
 #pragma once
 
 // Data shaped like what the editor packs, made reproducibly from a seed.
-// Shared by the packer's tests and its benchmark.
+// Shared by the packing tests and the benchmarks.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <random>
 #include <string>
 #include <vector>
 
-namespace marvek::sample {
+namespace marvek::test {
 
 inline std::vector<std::uint8_t> randomBytes(std::size_t length, std::uint32_t seed) {
     std::mt19937 random(seed);
@@ -52,9 +53,9 @@ inline std::vector<std::uint8_t> levelLike(std::size_t length, std::uint32_t see
     constexpr std::size_t kWidth = 300;
     constexpr std::size_t kHeader = 3188;
     std::mt19937 random(seed);
-    std::vector<std::uint8_t> bytes;
-    bytes = {'F', 'O', 'R', 'M', 0,    0,    0xD1, 0x4C, 'T', 'W', 'L', 'V', 'H', 'E', 'A', 'D',
-             0,   0,   0,   8,   0x01, 0x2C, 0,    0x54, 'C', 'M', 'A', 'P', 0,   0,   3,   0};
+    std::vector<std::uint8_t> bytes = {'F', 'O',  'R', 'M', 0,   0,   0xD1, 0x4C, 'T', 'W',  'L',
+                                       'V', 'H',  'E', 'A', 'D', 0,   0,    0,    8,   0x01, 0x2C,
+                                       0,   0x54, 'C', 'M', 'A', 'P', 0,    0,    3,   0};
     for (int i = 0; i < 256 * 3; ++i) {
         bytes.push_back(static_cast<std::uint8_t>((i / 3) * (1 + i % 3) & 0xF0));
     }
@@ -88,10 +89,9 @@ inline std::vector<std::uint8_t> levelLike(std::size_t length, std::uint32_t see
         std::uint32_t special = random() % 90 == 0 ? 1 + random() % 63 : 0;
         const std::uint32_t word = (special << 10) | tile;
         bytes.push_back(static_cast<std::uint8_t>(word >> 8));
-        if (bytes.size() < length) {
-            bytes.push_back(static_cast<std::uint8_t>(word));
-        }
+        bytes.push_back(static_cast<std::uint8_t>(word));
     }
+    bytes.resize(length); // the palette alone is longer than a short length
     return bytes;
 }
 
@@ -101,7 +101,7 @@ inline std::vector<std::uint8_t> bitplaneLike(std::size_t rows, std::uint32_t se
     constexpr std::size_t kWidth = 320;
     constexpr std::size_t kPlanes = 5;
     std::mt19937 random(seed);
-    std::vector<std::uint8_t> pixels(kWidth * rows);
+    std::vector<std::uint8_t> planes(kPlanes * rows * kWidth / 8, 0);
     for (std::size_t y = 0; y < rows; ++y) {
         for (std::size_t x = 0; x < kWidth; ++x) {
             std::size_t colour = (y / 12) % 8; // sky bands
@@ -116,16 +116,9 @@ inline std::vector<std::uint8_t> bitplaneLike(std::size_t rows, std::uint32_t se
             if (random() % 50 == 0) {
                 colour = random() % 32;
             }
-            pixels[y * kWidth + x] = static_cast<std::uint8_t>(colour);
-        }
-    }
-    const std::size_t rowBytes = kWidth / 8;
-    std::vector<std::uint8_t> planes(kPlanes * rows * rowBytes, 0);
-    for (std::size_t plane = 0; plane < kPlanes; ++plane) {
-        for (std::size_t y = 0; y < rows; ++y) {
-            for (std::size_t x = 0; x < kWidth; ++x) {
-                if ((pixels[y * kWidth + x] >> plane) & 1) {
-                    planes[(plane * rows + y) * rowBytes + x / 8] |=
+            for (std::size_t plane = 0; plane < kPlanes; ++plane) {
+                if ((colour >> plane) & 1) {
+                    planes[((plane * rows + y) * kWidth + x) / 8] |=
                         static_cast<std::uint8_t>(0x80 >> (x % 8));
                 }
             }
@@ -134,4 +127,4 @@ inline std::vector<std::uint8_t> bitplaneLike(std::size_t rows, std::uint32_t se
     return planes;
 }
 
-} // namespace marvek::sample
+} // namespace marvek::test
