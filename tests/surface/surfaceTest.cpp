@@ -53,6 +53,16 @@ TEST(PlanarCopyFrom, TakesARectangleInsideTheSource) {
     EXPECT_EQ(part.planarWidth(), 3) << "a refused copy leaves the image";
 }
 
+// The graphics browser stores pictures drawn with colours 16 to 31 this way.
+TEST(PlanarShiftColors, ClampsBelowZeroAndWrapsAbove255) {
+    auto image = planarImage(4, 1, {0, 15, 16, 31});
+    image.planarShiftColors(-16);
+    EXPECT_EQ(planarOf(image), (std::vector<std::uint8_t>{0, 0, 0, 15}));
+    auto high = planarImage(1, 1, {250});
+    high.planarShiftColors(16);
+    EXPECT_EQ(planarOf(high), (std::vector<std::uint8_t>{10}));
+}
+
 TEST(PlanarBlit, PastesRowsAndLeavesOutWhatFallsOutside) {
     const auto stamp = planarImage(2, 2, {1, 2, 3, 4});
     auto canvas = planarImage(3, 3, std::vector<std::uint8_t>(9, 0));
