@@ -168,17 +168,5 @@ void BM_Render_all(benchmark::State& state) {
 }
 BENCHMARK(BM_Render_all);
 
-void BM_Render_memcpy(benchmark::State& state) {
-    const std::vector<std::uint32_t> source(frameBytes / 4, 1);
-    std::vector<std::uint32_t> target(frameBytes / 4);
-    for (auto _ : state) {
-        std::memcpy(target.data(), source.data(), frameBytes);
-        benchmark::DoNotOptimize(target.data());
-        benchmark::ClobberMemory();
-    }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * frameBytes));
-}
-BENCHMARK(BM_Render_memcpy);
-
 } // namespace
 } // namespace marvek
