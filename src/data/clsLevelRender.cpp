@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace marvek {
 namespace {
@@ -43,6 +44,16 @@ struct ViewCells {
     std::int64_t screenX(std::int64_t c) const { return std::int64_t{spacing} * c - offX; }
     std::int64_t screenY(std::int64_t r) const { return std::int64_t{spacing} * r - offY; }
 };
+
+// The screen position of the grid cell under the pointer.
+std::pair<std::int64_t, std::int64_t> cellUnderPointer(const clsCamera& camera,
+                                                       std::int32_t spacing, std::int32_t pixelX,
+                                                       std::int32_t pixelY) {
+    const std::int32_t offX = camera.x % spacing;
+    const std::int32_t offY = camera.y % spacing;
+    return {(std::int64_t{pixelX} + offX) / spacing * spacing - offX,
+            (std::int64_t{pixelY} + offY) / spacing * spacing - offY};
+}
 
 // Keeps a span to offsets whose cell lies in the map.
 CellSpan insideMap(CellSpan span, std::int32_t first, std::int32_t mapSize) {
@@ -219,11 +230,7 @@ void clsLevel::renderSelectMap(clsBackBuffer& backBuffer, const clsCamera& camer
         return;
     }
     const std::int64_t spacing = tileSpacing;
-    const std::int32_t offX = camera.x % tileSpacing;
-    const std::int32_t offY = camera.y % tileSpacing;
-    // The screen cell under the pointer.
-    const std::int64_t left = (std::int64_t{pixelX} + offX) / spacing * spacing - offX;
-    const std::int64_t top = (std::int64_t{pixelY} + offY) / spacing * spacing - offY;
+    const auto [left, top] = cellUnderPointer(camera, tileSpacing, pixelX, pixelY);
     for (std::int32_t dy = 0; dy < selectMap.height(); ++dy) {
         for (std::int32_t dx = 0; dx < selectMap.width(); ++dx) {
             const std::int32_t tile = selectMap.at(dx, dy);
@@ -245,11 +252,7 @@ void clsLevel::renderSelectedSpecial(clsBackBuffer& backBuffer, const clsCamera&
     if (tileSpacing <= 0) {
         return;
     }
-    const std::int64_t spacing = tileSpacing;
-    const std::int32_t offX = camera.x % tileSpacing;
-    const std::int32_t offY = camera.y % tileSpacing;
-    const std::int64_t x = (std::int64_t{pixelX} + offX) / spacing * spacing - offX;
-    const std::int64_t y = (std::int64_t{pixelY} + offY) / spacing * spacing - offY;
+    const auto [x, y] = cellUnderPointer(camera, tileSpacing, pixelX, pixelY);
     SpecialPainter(backBuffer.surface(), tileSpacing, options)
         .draw(special, x, y, {.oversize = true, .outline = true});
 }
