@@ -1,11 +1,13 @@
 #include "graphics/clsBitmap.h"
 
+#include "graphics/bitmapRunLength.h"
 #include "graphics/clsBackBuffer.h"
 #include "io/atomicWrite.h"
 #include "native/marvek.h"
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 #include <system_error>
 
 namespace marvek {
@@ -13,7 +15,11 @@ namespace {
 
 constexpr std::uint16_t bitmapType = 0x4D42; // "BM" read as a little-endian word
 constexpr std::uint32_t uncompressed = 0;
+constexpr std::uint32_t runLength8 = 1;
+constexpr std::uint32_t runLength4 = 2;
 constexpr std::uint32_t bitFields = 3;
+constexpr std::uint32_t jpeg = 4;
+constexpr std::uint32_t png = 5;
 constexpr std::int32_t pixelsPerMetre = 2835; // 72 dots per inch
 constexpr std::int32_t maximumSide = 32768;
 constexpr std::size_t bytesPerColour = 4;
@@ -69,45 +75,141 @@ clsBitmap::InfoHeader readInfoHeader(const LittleEndianReader& in) {
             in.dword(at + 32), in.dword(at + 36)};
 }
 
-bool isSupportedDepth(std::uint16_t bits, std::uint32_t compression) {
-    switch (bits) {
-    case 1:
-    case 4:
-    case 8:
-    case 24:
-        return compression == uncompressed;
-    case 16:
-    case 32:
-        return compression == uncompressed || compression == bitFields;
+std::string compressionName(std::uint32_t compression) {
+    switch (compression) {
+    case runLength8:
+        return "RLE8";
+    case runLength4:
+        return "RLE4";
+    case bitFields:
+        return "bit fields";
+    case jpeg:
+        return "JPEG";
+    case png:
+        return "PNG";
     default:
-        return false;
+        return "method " + std::to_string(compression);
     }
 }
 
-bool isAcceptable(const clsBitmap::FileHeader& file, const clsBitmap::InfoHeader& info) {
-    return file.type == bitmapType && info.headerSize >= clsBitmap::infoHeaderBytes &&
-           info.width >= 1 && info.width <= maximumSide && info.height >= 1 &&
-           info.height <= maximumSide && isSupportedDepth(info.bitsPerPixel, info.compression);
+// Why pixels of this depth and compression are not read; empty when they are.
+std::string depthRefusal(const clsBitmap::InfoHeader& info) {
+    const std::uint16_t bits = info.bitsPerPixel;
+    if (bits != 1 && bits != 4 && bits != 8 && bits != 16 && bits != 24 && bits != 32) {
+        return std::to_string(bits) + " bits per pixel are not read";
+    }
+    const bool topDown = info.height < 0;
+    const bool fits = info.compression == uncompressed ||
+                      (info.compression == runLength8 && bits == 8 && !topDown) ||
+                      (info.compression == runLength4 && bits == 4 && !topDown) ||
+                      (info.compression == bitFields && (bits == 16 || bits == 32));
+    if (fits) {
+        return {};
+    }
+    return "compressed with " + compressionName(info.compression) + " at " + std::to_string(bits) +
+           " bits per pixel" + (topDown ? ", top-down" : "") + ", which is not read";
+}
+
+std::int64_t rowCount(const clsBitmap::InfoHeader& info) {
+    return info.height < 0 ? -std::int64_t{info.height} : info.height;
+}
+
+// Why a file with these headers is not read; empty when it is.
+std::string headerRefusal(const clsBitmap::FileHeader& file, const clsBitmap::InfoHeader& info) {
+    if (file.type != bitmapType) {
+        return "not a BMP file";
+    }
+    if (info.headerSize < clsBitmap::infoHeaderBytes) {
+        return "an old kind of BMP header that is not read";
+    }
+    const std::int64_t rows = rowCount(info);
+    if (info.width < 1 || info.width > maximumSide || rows < 1 || rows > maximumSide) {
+        return "the width or height is out of range";
+    }
+    return depthRefusal(info);
 }
 
 std::uint64_t widthRoundedToFour(std::int32_t width) {
     return (static_cast<std::uint64_t>(width) + 3) / 4 * 4;
 }
 
-// What the rows of the image really take on disk.
-std::uint64_t standardPixelBytes(const clsBitmap::InfoHeader& info) {
-    const std::uint64_t rowBytes =
-        (static_cast<std::uint64_t>(info.width) * info.bitsPerPixel + 31) / 32 * 4;
-    return rowBytes * static_cast<std::uint64_t>(info.height);
+std::uint64_t standardRowBytes(const clsBitmap::InfoHeader& info) {
+    return (static_cast<std::uint64_t>(info.width) * info.bitsPerPixel + 31) / 32 * 4;
+}
+
+// What the rows need on disk: some writers leave out the last row's padding.
+std::uint64_t neededPixelBytes(const clsBitmap::InfoHeader& info) {
+    const std::uint64_t lastRow =
+        (static_cast<std::uint64_t>(info.width) * info.bitsPerPixel + 7) / 8;
+    return standardRowBytes(info) * static_cast<std::uint64_t>(rowCount(info) - 1) + lastRow;
 }
 
 // What is read: the row size is taken from the width in pixels, not in
 // bytes, and one byte more. Deliberate: it is how this program has always
 // read bitmaps, and right for the 8-bit ones it converts.
 std::uint64_t storedPixelBytes(const clsBitmap::InfoHeader& info) {
-    return info.bitsPerPixel / 8u * static_cast<std::uint64_t>(info.height) *
+    return info.bitsPerPixel / 8u * static_cast<std::uint64_t>(rowCount(info)) *
                widthRoundedToFour(info.width) +
            1;
+}
+
+// The first count bytes; bytes past the end read as 0, as a short read of
+// the colour table or the last row does in other readers.
+std::vector<std::uint8_t> prefixOf(std::span<const std::uint8_t> bytes, std::uint64_t count) {
+    std::vector<std::uint8_t> prefix(static_cast<std::size_t>(count), 0);
+    std::copy_n(bytes.begin(), std::min(prefix.size(), bytes.size()), prefix.begin());
+    return prefix;
+}
+
+// A top-down file's rows in the bottom-up order of every other.
+std::vector<std::uint8_t> bottomUpRows(std::span<const std::uint8_t> rows,
+                                       const clsBitmap::InfoHeader& info) {
+    const auto rowBytes = static_cast<std::size_t>(standardRowBytes(info));
+    const auto height = static_cast<std::size_t>(rowCount(info));
+    std::vector<std::uint8_t> flipped(rowBytes * height, 0);
+    for (std::size_t row = 0; row < height; ++row) {
+        const auto from = rows.subspan(std::min(row * rowBytes, rows.size()));
+        std::copy_n(from.begin(), std::min(rowBytes, from.size()),
+                    flipped.begin() + static_cast<std::ptrdiff_t>((height - 1 - row) * rowBytes));
+    }
+    return flipped;
+}
+
+struct PixelBytes {
+    std::vector<std::uint8_t> stored;
+    std::string refusal;
+};
+
+// The pixel bytes as this program keeps them (uncompressed, bottom-up,
+// storedPixelBytes long) from the data at the file's pixel offset.
+PixelBytes readPixelBytes(std::span<const std::uint8_t> data, const clsBitmap::InfoHeader& info) {
+    const std::uint64_t count = storedPixelBytes(info);
+    if (info.compression == runLength8 || info.compression == runLength4) {
+        RunLengthResult decoded = decodeRunLength(
+            data, {info.width, static_cast<std::int32_t>(rowCount(info)), info.bitsPerPixel});
+        if (!decoded.failure.empty()) {
+            return {{}, std::move(decoded.failure)};
+        }
+        return {prefixOf(decoded.rows, count), {}};
+    }
+    if (neededPixelBytes(info) > data.size()) {
+        return {{}, "the pixel data is cut short"};
+    }
+    if (info.height < 0) {
+        return {prefixOf(bottomUpRows(data, info), count), {}};
+    }
+    return {prefixOf(data, count), {}};
+}
+
+// The headers as they describe the pixels kept: bottom-up and uncompressed.
+clsBitmap::InfoHeader keptInfo(clsBitmap::InfoHeader info) {
+    info.height = static_cast<std::int32_t>(rowCount(info));
+    if (info.compression == runLength8 || info.compression == runLength4) {
+        info.compression = uncompressed;
+        info.imageSize = static_cast<std::uint32_t>(standardRowBytes(info) *
+                                                    static_cast<std::uint64_t>(info.height));
+    }
+    return info;
 }
 
 std::vector<std::uint8_t> bytesFrom(const LittleEndianReader& in, std::size_t at,
@@ -170,22 +272,35 @@ clsBitmap::FileHeader newFileHeader(const clsBitmap::InfoHeader& info) {
 } // namespace
 
 bool clsBitmap::readFromFile(const std::filesystem::path& path) {
+    refusal_ = readRefusal(path);
+    return refusal_.empty();
+}
+
+std::string clsBitmap::readRefusal(const std::filesystem::path& path) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error)) {
-        return false;
+        return "the file does not exist";
     }
     const auto length = std::filesystem::file_size(path, error);
-    if (error || length > maximumFileBytes || length < fileHeaderBytes + infoHeaderBytes) {
-        return false;
+    if (error || length > maximumFileBytes) {
+        return "the file is too large for a picture";
     }
     const std::vector<std::uint8_t> bytes = readWholeFile(path);
+    if (bytes.size() < fileHeaderBytes + infoHeaderBytes) {
+        return "the file is too short for a BMP file";
+    }
     const LittleEndianReader in(bytes);
     const FileHeader file = readFileHeader(in);
     const InfoHeader info = readInfoHeader(in);
-    if (bytes.size() < fileHeaderBytes + infoHeaderBytes || !isAcceptable(file, info) ||
-        file.pixelOffset > bytes.size() ||
-        standardPixelBytes(info) > bytes.size() - file.pixelOffset) {
-        return false;
+    if (std::string why = headerRefusal(file, info); !why.empty()) {
+        return why;
+    }
+    if (file.pixelOffset > bytes.size()) {
+        return "the pixel data lies past the end of the file";
+    }
+    PixelBytes pixels = readPixelBytes(std::span(bytes).subspan(file.pixelOffset), info);
+    if (!pixels.refusal.empty()) {
+        return pixels.refusal;
     }
     if (info.bitsPerPixel < 16) {
         const auto table = bytesFrom(in, fileHeaderBytes + info.headerSize, colourTableBytes);
@@ -193,10 +308,10 @@ bool clsBitmap::readFromFile(const std::filesystem::path& path) {
     } else {
         colourTable_.fill(0);
     }
-    pixels_ = bytesFrom(in, file.pixelOffset, static_cast<std::size_t>(storedPixelBytes(info)));
+    pixels_ = std::move(pixels.stored);
     fileHeader_ = file;
-    infoHeader_ = info;
-    return true;
+    infoHeader_ = keptInfo(info);
+    return {};
 }
 
 bool clsBitmap::writeToFile(const std::filesystem::path& path) const {
@@ -223,6 +338,17 @@ bool clsBitmap::writeToFile(const std::filesystem::path& path) const {
     out.append(pixels_);
     writeFileAtomically(path, out.result());
     return true;
+}
+
+std::string clsBitmap::planarRefusal() const {
+    const std::uint16_t bits = infoHeader_.bitsPerPixel;
+    if (bits == 8) {
+        return {};
+    }
+    if (bits > 8) {
+        return std::to_string(bits) + "-bit pictures have no palette";
+    }
+    return std::to_string(bits) + "-bit pictures are not read: save it with 8 bits per pixel";
 }
 
 std::optional<clsSurface> clsBitmap::createPlanar(int planes) const {

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace marvek {
@@ -47,15 +48,23 @@ public:
     static constexpr std::uintmax_t maximumFileBytes = std::uintmax_t{1} << 28;
 
     // False when the file does not exist or is not a bitmap this reader
-    // accepts (bad header, top-down, compressed, truncated pixel data); the
-    // bitmap is then unchanged. Throws FileError when it cannot be read.
+    // accepts; refusal() then says why and the bitmap is unchanged. Takes
+    // what image editors write: top-down rows, RLE8 and RLE4, a last row
+    // without its padding, longer headers. Whatever is read is kept
+    // bottom-up and uncompressed. Throws FileError when it cannot be read.
     bool readFromFile(const std::filesystem::path& path);
+    // Why the last readFromFile gave false ("compressed with JPEG ..."); empty
+    // after one that gave true.
+    const std::string& refusal() const noexcept { return refusal_; }
     // Replaces the file through a temporary one. Throws FileError.
     bool writeToFile(const std::filesystem::path& path) const;
 
     // The 8-bit image as a planar image with a palette of 2^planes table
     // entries (planes 0..8); none for any other depth.
     std::optional<clsSurface> createPlanar(int planes) const;
+    // Why createPlanar gives none ("24-bit pictures have no palette"); empty
+    // for an 8-bit picture.
+    std::string planarRefusal() const;
     // 2^planes entries of the colour table (planes 0..8); none above 8 bits.
     std::optional<clsPalette> getPal(int planes) const;
 
@@ -71,10 +80,13 @@ public:
     std::span<const std::uint8_t> pixelBytes() const noexcept { return pixels_; }
 
 private:
+    std::string readRefusal(const std::filesystem::path& path);
+
     FileHeader fileHeader_;
     InfoHeader infoHeader_;
     std::array<std::uint8_t, colourTableBytes> colourTable_{};
     std::vector<std::uint8_t> pixels_;
+    std::string refusal_;
 };
 
 } // namespace marvek

@@ -42,6 +42,13 @@ std::uint32_t clsPalette::Entry(std::int32_t index) const {
     return entries_.at(static_cast<std::size_t>(index));
 }
 
+void clsPalette::setEntry(std::int32_t index, std::uint32_t colour) {
+    if (index < 0) {
+        throw std::out_of_range("palette entry " + std::to_string(index));
+    }
+    entries_.at(static_cast<std::size_t>(index)) = colour;
+}
+
 void clsPalette::addEntry(std::uint32_t colour) {
     entries_.resize(entries_.size() + 1);
     entries_[static_cast<std::size_t>(count_)] = colour;

@@ -20,6 +20,8 @@ public:
     // more than Count after a raw load).
     std::uint32_t Entry(std::int32_t index) const;
     void addEntry(std::uint32_t colour);
+    // Throws std::out_of_range outside the array, as Entry does.
+    void setEntry(std::int32_t index, std::uint32_t colour);
 
     // Game format, 32 words of 4 ignored bits and 4 bits each of red, green
     // and blue. Anything but 5 planes reads nothing and leaves the palette.

@@ -11,9 +11,10 @@ int runSampleData(const Arguments& arguments, const char* usage);
 int runDrawResources(const Arguments& arguments, const char* usage);
 int runExport(const Arguments& arguments, const char* usage);
 int runBench(const Arguments& arguments, const char* usage);
+int runGraphics(const Arguments& arguments, const char* usage);
 
 std::span<const Command> commands() {
-    static const std::array<Command, 7> table{{
+    static const std::array<Command, 8> table{{
         {"info", "info LEVEL", runInfo},
         {"pack", "pack IN OUT [--mode 0-11]", runPack},
         {"unpack", "unpack IN OUT", runUnpack},
@@ -23,6 +24,10 @@ std::span<const Command> commands() {
          "export LEVEL OUT --data DIR --config NAME [--tags a,b,...] [--all-specials] [--app DIR]",
          runExport},
         {"bench", "bench [--data DIR] [--app DIR]", runBench},
+        {"graphics",
+         "graphics export|import IN OUT --width W --height H --planes P [--offset N] [--count N] "
+         "[--across N] [--palette NAME|FILE] [--shift-colours] [--app DIR]",
+         runGraphics},
     }};
     return table;
 }
