@@ -173,7 +173,7 @@ TEST(BitmapRead, RefusesMissingMalformedAndTruncatedFiles) {
     patched("width 2^30, more than the file holds", 21, 0x40);
     patched("negative height", 25, 0xFF);
     patched("pixel offset", 13, 0x7F);
-    patched("compressed", 30, 1);
+    patched("compressed", 30, 4);
     EXPECT_FALSE(bitmap.readFromFile(folder / "missing.bmp"));
     EXPECT_FALSE(bitmap.readFromFile(folder.path()));
 
