@@ -1,8 +1,8 @@
 #include "graphics/clsBitmap.h"
 
-#include "graphics/bitmapRunLength.h"
 #include "graphics/clsBackBuffer.h"
 #include "io/atomicWrite.h"
+#include "native/bmpRunLength.h"
 #include "native/marvek.h"
 
 #include <algorithm>

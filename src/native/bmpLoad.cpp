@@ -1,7 +1,11 @@
 #include "native/bmpLoad.h"
 
+#include "native/bmpRunLength.h"
+
 #include <array>
+#include <new>
 #include <optional>
+#include <vector>
 
 namespace marvek {
 
@@ -10,6 +14,7 @@ namespace {
 constexpr std::size_t fileHeaderSize = 14;
 constexpr std::size_t minInfoHeaderSize = 40;
 constexpr std::uint32_t uncompressed = 0;
+constexpr std::uint32_t runLength8 = 1;
 constexpr std::uint32_t bitFields = 3;
 constexpr std::size_t maskOffset = fileHeaderSize + minInfoHeaderSize;
 
@@ -51,6 +56,7 @@ struct BitmapLayout {
     std::size_t rowBytes = 0;
     std::size_t paletteOffset = 0;
     std::size_t paletteEntries = 0;
+    bool runLength = false;
 };
 
 // Masks follow a 40-byte header or sit inside a larger one, at the same place.
@@ -68,6 +74,9 @@ bool acceptsCompression(const ByteReader& reader, std::uint32_t compression,
                         std::uint16_t bitsPerPixel) {
     if (compression == uncompressed) {
         return bitsPerPixel == 8 || bitsPerPixel == 24 || bitsPerPixel == 32;
+    }
+    if (compression == runLength8) {
+        return bitsPerPixel == 8;
     }
     return compression == bitFields && bitsPerPixel == 32 && hasStandardMasks(reader);
 }
@@ -116,7 +125,8 @@ std::optional<BitmapLayout> readLayout(const ByteReader& reader) {
     BitmapLayout layout;
     layout.bitsPerPixel = *bitsPerPixel;
     layout.pixelOffset = *pixelOffset;
-    if (!readDimensions(reader, layout)) {
+    layout.runLength = *compression == runLength8;
+    if (!readDimensions(reader, layout) || (layout.runLength && layout.topDown)) {
         return std::nullopt;
     }
     if (layout.bitsPerPixel == 8 && !readPalette(reader, *headerSize, layout)) {
@@ -125,8 +135,12 @@ std::optional<BitmapLayout> readLayout(const ByteReader& reader) {
     const std::uint64_t rowBits =
         std::uint64_t{static_cast<std::uint32_t>(layout.width)} * layout.bitsPerPixel;
     layout.rowBytes = static_cast<std::size_t>((rowBits + 31) / 32 * 4);
-    if (!reader.has(layout.pixelOffset,
-                    std::uint64_t{layout.rowBytes} * static_cast<std::uint64_t>(layout.height))) {
+    // Some writers leave out the last row's padding; rows are read to their
+    // last pixel only.
+    const std::uint64_t needed =
+        std::uint64_t{layout.rowBytes} * static_cast<std::uint64_t>(layout.height - 1) +
+        (rowBits + 7) / 8;
+    if (!reader.has(layout.pixelOffset, layout.runLength ? 0 : needed)) {
         return std::nullopt;
     }
     return layout;
@@ -158,6 +172,20 @@ void decodeRow(const ByteReader& reader, const BitmapLayout& layout, const std::
     }
 }
 
+// The rows as an uncompressed file holds them: the file's own, or those
+// decoded from RLE8 data. Empty when the data does not decode.
+std::span<const std::uint8_t> pixelRows(std::span<const std::uint8_t> file,
+                                        const BitmapLayout& layout,
+                                        std::vector<std::uint8_t>& decoded) {
+    const auto data = file.subspan(layout.pixelOffset);
+    if (!layout.runLength) {
+        return data;
+    }
+    RunLengthResult result = decodeRunLength(data, {layout.width, layout.height, 8});
+    decoded = std::move(result.rows);
+    return decoded;
+}
+
 } // namespace
 
 std::unique_ptr<Surface> loadBitmapSurface(std::span<const std::uint8_t> file) noexcept {
@@ -166,17 +194,23 @@ std::unique_ptr<Surface> loadBitmapSurface(std::span<const std::uint8_t> file) n
     if (!layout) {
         return nullptr;
     }
-    auto surface = Surface::create(layout->width, layout->height);
-    if (surface == nullptr) {
+    try {
+        std::vector<std::uint8_t> decoded;
+        const auto rows = pixelRows(file, *layout, decoded);
+        auto surface = rows.empty() ? nullptr : Surface::create(layout->width, layout->height);
+        if (surface == nullptr) {
+            return nullptr;
+        }
+        for (std::int32_t fileRow = 0; fileRow < layout->height; ++fileRow) {
+            const std::int32_t y = layout->topDown ? fileRow : layout->height - 1 - fileRow;
+            decodeRow(reader, *layout,
+                      rows.data() + static_cast<std::size_t>(fileRow) * layout->rowBytes,
+                      surface->row(y));
+        }
+        return surface;
+    } catch (const std::bad_alloc&) {
         return nullptr;
     }
-    for (std::int32_t fileRow = 0; fileRow < layout->height; ++fileRow) {
-        const std::int32_t y = layout->topDown ? fileRow : layout->height - 1 - fileRow;
-        const std::uint8_t* source =
-            reader.at(layout->pixelOffset + static_cast<std::size_t>(fileRow) * layout->rowBytes);
-        decodeRow(reader, *layout, source, surface->row(y));
-    }
-    return surface;
 }
 
 } // namespace marvek

@@ -31,8 +31,8 @@ extern "C" {
 /* ---- surfaces ---------------------------------------------------------- */
 
 int32_t surfaceCreate(int32_t width, int32_t height);
-/* Loads an uncompressed 8-, 24- or 32-bit BMP as an opaque surface; 0 on
- * failure. */
+/* Loads an 8-bit (uncompressed or RLE8), 24- or 32-bit BMP as an opaque
+ * surface; 0 on failure. */
 int32_t surfaceLoadFromBitmap(const char* path);
 int32_t surfaceGetWidth(int32_t surface);
 int32_t surfaceGetHeight(int32_t surface);
@@ -91,18 +91,18 @@ uint32_t byteSwapInt(uint32_t value);
 
 enum ImpStatus {
     IMP_OK = 0,
-    IMP_ERROR_TOO_SHORT = 1,       /* shorter than its stream end + 50 */
-    IMP_ERROR_MAGIC = 2,           /* neither "IMP!" nor "ATN!" */
-    IMP_ERROR_STREAM_END = 3,      /* stream end odd or below 12 */
-    IMP_ERROR_EMPTY = 4,           /* unpacked length 0 */
-    IMP_ERROR_RUN_OVERFLOW = 5,    /* literal run longer than what is left */
-    IMP_ERROR_MATCH_OVERFLOW = 6,  /* match longer than what is left */
-    IMP_ERROR_DISTANCE = 7,        /* match source beyond the end of the output */
-    IMP_ERROR_LENGTH_BYTE = 8,     /* a match length byte of 0 */
-    IMP_ERROR_TRUNCATED = 9,       /* stream ran out before the output was complete */
-    IMP_ERROR_CHECKSUM = 10,       /* checksum does not match */
+    IMP_ERROR_TOO_SHORT = 1,      /* shorter than its stream end + 50 */
+    IMP_ERROR_MAGIC = 2,          /* neither "IMP!" nor "ATN!" */
+    IMP_ERROR_STREAM_END = 3,     /* stream end odd or below 12 */
+    IMP_ERROR_EMPTY = 4,          /* unpacked length 0 */
+    IMP_ERROR_RUN_OVERFLOW = 5,   /* literal run longer than what is left */
+    IMP_ERROR_MATCH_OVERFLOW = 6, /* match longer than what is left */
+    IMP_ERROR_DISTANCE = 7,       /* match source beyond the end of the output */
+    IMP_ERROR_LENGTH_BYTE = 8,    /* a match length byte of 0 */
+    IMP_ERROR_TRUNCATED = 9,      /* stream ran out before the output was complete */
+    IMP_ERROR_CHECKSUM = 10,      /* checksum does not match */
     IMP_ERROR_NO_MEMORY = 11,
-    IMP_ERROR_ARGUMENT = 12,       /* null pointer, empty input, mode out of range */
+    IMP_ERROR_ARGUMENT = 12, /* null pointer, empty input, mode out of range */
 };
 
 /* A short English description of a status, never NULL. */

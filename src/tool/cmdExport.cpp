@@ -46,26 +46,23 @@ bool takeOption(ExportArguments& parsed, const std::string& name, const std::str
 }
 
 std::optional<ExportArguments> parseArguments(const Arguments& arguments) {
-    ExportArguments parsed;
-    std::vector<std::string> positional;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& argument = arguments[i];
-        if (argument == "--all-specials") {
-            parsed.allSpecials = true;
-        } else if (argument.starts_with("--")) {
-            if (i + 1 == arguments.size() || !takeOption(parsed, argument, arguments[i + 1])) {
-                return std::nullopt;
-            }
-            ++i;
-        } else {
-            positional.push_back(argument);
-        }
-    }
-    if (positional.size() != 2 || parsed.dataFolder.empty() || parsed.configuration.empty()) {
+    const auto split = splitArguments(arguments, {"--all-specials"});
+    if (!split) {
         return std::nullopt;
     }
-    parsed.level = positional[0];
-    parsed.output = positional[1];
+    ExportArguments parsed;
+    parsed.allSpecials = split->hasSwitch("--all-specials");
+    for (const auto& [name, value] : split->options) {
+        if (!takeOption(parsed, name, value)) {
+            return std::nullopt;
+        }
+    }
+    if (split->positional.size() != 2 || parsed.dataFolder.empty() ||
+        parsed.configuration.empty()) {
+        return std::nullopt;
+    }
+    parsed.level = split->positional[0];
+    parsed.output = split->positional[1];
     return parsed;
 }
 

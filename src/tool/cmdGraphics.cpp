@@ -43,9 +43,11 @@ constexpr NumberOption numberOptions[] = {
     {"--across", PictureParameter::across, &PictureFormat::across, false},
 };
 
-bool hasRequiredOptions(const std::vector<std::string>& given) {
+bool hasRequiredOptions(const std::vector<std::pair<std::string, std::string>>& given) {
     for (const NumberOption& option : numberOptions) {
-        if (option.required && std::find(given.begin(), given.end(), option.name) == given.end()) {
+        const bool found = std::any_of(given.begin(), given.end(),
+                                       [&](const auto& pair) { return pair.first == option.name; });
+        if (option.required && !found) {
             return false;
         }
     }
@@ -84,26 +86,21 @@ bool takeOption(GraphicsArguments& parsed, const std::string& name, const std::s
 }
 
 std::optional<GraphicsArguments> parseArguments(const Arguments& arguments) {
+    const auto split = splitArguments(arguments, {"--shift-colours"});
+    if (!split) {
+        return std::nullopt;
+    }
     GraphicsArguments parsed;
-    std::vector<std::string> positional;
-    std::vector<std::string> given;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& argument = arguments[i];
-        if (argument == "--shift-colours") {
-            parsed.format.shiftColours = true;
-        } else if (argument.starts_with("--")) {
-            if (i + 1 == arguments.size() || !takeOption(parsed, argument, arguments[i + 1])) {
-                return std::nullopt;
-            }
-            given.push_back(argument);
-            ++i;
-        } else {
-            positional.push_back(argument);
+    parsed.format.shiftColours = split->hasSwitch("--shift-colours");
+    for (const auto& [name, value] : split->options) {
+        if (!takeOption(parsed, name, value)) {
+            return std::nullopt;
         }
     }
+    const auto& positional = split->positional;
     const bool known =
-        !positional.empty() && (positional[0] == "export" || positional[0] == "import");
-    if (!known || positional.size() != 3 || !hasRequiredOptions(given)) {
+        positional.size() == 3 && (positional[0] == "export" || positional[0] == "import");
+    if (!known || !hasRequiredOptions(split->options)) {
         return std::nullopt;
     }
     parsed.action = positional[0];

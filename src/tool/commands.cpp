@@ -1,5 +1,6 @@
 #include "tool/commands.h"
 
+#include <algorithm>
 #include <array>
 
 namespace marvek::tool {
@@ -30,6 +31,30 @@ std::span<const Command> commands() {
          runGraphics},
     }};
     return table;
+}
+
+bool SplitArguments::hasSwitch(std::string_view name) const {
+    return std::find(switches.begin(), switches.end(), name) != switches.end();
+}
+
+std::optional<SplitArguments> splitArguments(const Arguments& arguments,
+                                             std::initializer_list<std::string_view> switches) {
+    SplitArguments split;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& argument = arguments[i];
+        if (std::find(switches.begin(), switches.end(), argument) != switches.end()) {
+            split.switches.push_back(argument);
+        } else if (argument.starts_with("--")) {
+            if (i + 1 == arguments.size()) {
+                return std::nullopt;
+            }
+            split.options.emplace_back(argument, arguments[i + 1]);
+            ++i;
+        } else {
+            split.positional.push_back(argument);
+        }
+    }
+    return split;
 }
 
 } // namespace marvek::tool

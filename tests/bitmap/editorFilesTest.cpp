@@ -1,6 +1,6 @@
 // What image editors write besides the plain bottom-up file.
-#include "graphics/bitmapRunLength.h"
 #include "graphics/clsBitmap.h"
+#include "native/bmpRunLength.h"
 #include "support/bitmapFiles.h"
 #include "support/images.h"
 

@@ -3,6 +3,7 @@
 #include "native/marvek.h"
 #include "support/expect.h"
 #include "support/images.h"
+#include "support/pictureFormats.h"
 #include "support/sampleData.h"
 
 #include <gtest/gtest.h>
@@ -16,18 +17,6 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-PictureFormat format(std::int32_t width, std::int32_t height, std::int32_t planes,
-                     std::int32_t count = 1, std::int32_t across = 1, std::int32_t offset = 0) {
-    PictureFormat f;
-    f.width = width;
-    f.height = height;
-    f.planes = planes;
-    f.count = count;
-    f.across = across;
-    f.offset = offset;
-    return f;
-}
-
 TEST(PictureFormat, LimitsAndTheOffsetStep) {
     const std::vector<std::tuple<PictureParameter, std::int32_t, std::int32_t>> ranges{
         {PictureParameter::width, 1, 1024}, {PictureParameter::height, 1, 1024},
@@ -38,8 +27,8 @@ TEST(PictureFormat, LimitsAndTheOffsetStep) {
         EXPECT_EQ(clampParameter(parameter, std::int64_t{maximum} + 1), maximum);
         EXPECT_EQ(clampParameter(parameter, minimum + 1), minimum + 1);
     }
-    EXPECT_FALSE(isValidFormat(format(16, 16, 9)));
-    EXPECT_TRUE(isValidFormat(clampedFormat(format(0, 2000, 9, 0, 641, -1))));
+    EXPECT_FALSE(isValidFormat(pictureFormat(16, 16, 9)));
+    EXPECT_TRUE(isValidFormat(clampedFormat(pictureFormat(0, 2000, 9, 0, 641, -1))));
 
     // Width / 8 rounded half to even, at least 1.
     for (const auto& [width, step] :
@@ -49,25 +38,25 @@ TEST(PictureFormat, LimitsAndTheOffsetStep) {
 }
 
 TEST(PictureFormat, GridAndEnd) {
-    const PictureGrid grid = pictureGrid(format(16, 8, 5, 45, 20));
+    const PictureGrid grid = pictureGrid(pictureFormat(16, 8, 5, 45, 20));
     EXPECT_EQ(std::tuple(grid.columns, grid.rows, grid.width, grid.height),
               std::tuple(20, 3, 320, 24));
-    EXPECT_EQ(pictureGrid(format(16, 8, 5, 3, 20)).width, 48) << "no empty columns";
-    EXPECT_EQ(pictureEnd(format(3, 3, 1, 1, 1, 10)), 12u) << "9 bits take two bytes";
+    EXPECT_EQ(pictureGrid(pictureFormat(16, 8, 5, 3, 20)).width, 48) << "no empty columns";
+    EXPECT_EQ(pictureEnd(pictureFormat(3, 3, 1, 1, 1, 10)), 12u) << "9 bits take two bytes";
 }
 
 TEST(DecodePicture, PlacesSubImagesAcrossThenDown) {
     // 2 x 1 sub-images of 2 planes, 3 of them, 2 across: each takes 4 bits.
     // Sub-image 0: pixels 1, 2; sub-image 1: 3, 0; sub-image 2: 2, 2.
     const Bytes bytes{0b1001'1010, 0b0011'0000};
-    const clsSurface picture = decodePicture(bytes, format(2, 1, 2, 3, 2));
+    const clsSurface picture = decodePicture(bytes, pictureFormat(2, 1, 2, 3, 2));
     ASSERT_EQ(std::pair(picture.planarWidth(), picture.planarHeight()), std::pair(4, 2));
     EXPECT_EQ(planarOf(picture), (Bytes{1, 2, 3, 0, 2, 2, 0, 0}));
 }
 
 TEST(DecodePicture, OffsetShiftAndBitsPastTheEnd) {
     const Bytes bytes{0xEE, 0xFF, 0x80};
-    PictureFormat f = format(8, 1, 2, 1, 1, 1);
+    PictureFormat f = pictureFormat(8, 1, 2, 1, 1, 1);
     EXPECT_EQ(planarOf(decodePicture(bytes, f)), (Bytes{3, 1, 1, 1, 1, 1, 1, 1}))
         << "plane 1 is the third byte";
     f.offset = 2;
@@ -79,11 +68,11 @@ TEST(DecodePicture, OffsetShiftAndBitsPastTheEnd) {
 
 TEST(DecodePicture, RefusesAPictureTooLargeToDraw) {
     EXPECT_NE(whatOf<std::length_error>([] {
-                  decodePicture({}, format(1024, 1, 1, 640, 640));
+                  decodePicture({}, pictureFormat(1024, 1, 1, 640, 640));
               }).find("655360 x 1 pixels"),
               std::string::npos);
-    EXPECT_NO_THROW(decodePicture({}, format(1024, 8, 8, 32, 32)));
-    EXPECT_THROW(decodePicture({}, format(1024, 1024, 8, 1024, 32)), std::length_error);
+    EXPECT_NO_THROW(decodePicture({}, pictureFormat(1024, 8, 8, 32, 32)));
+    EXPECT_THROW(decodePicture({}, pictureFormat(1024, 1024, 8, 1024, 32)), std::length_error);
 }
 
 // Random bytes exactly as long as the sub-images, the unused bits of the
@@ -96,9 +85,9 @@ Bytes exactBytes(const PictureFormat& f, std::uint32_t seed) {
 }
 
 TEST(EncodePicture, GivesBackTheBytesForEveryPlaneCountAndLayout) {
-    const std::vector<PictureFormat> layouts{format(16, 16, 1, 20, 20), format(3, 3, 1, 7, 3),
-                                             format(320, 4, 1), format(5, 7, 1, 11, 4),
-                                             format(8, 2, 1, 9, 2)};
+    const std::vector<PictureFormat> layouts{
+        pictureFormat(16, 16, 1, 20, 20), pictureFormat(3, 3, 1, 7, 3), pictureFormat(320, 4, 1),
+        pictureFormat(5, 7, 1, 11, 4), pictureFormat(8, 2, 1, 9, 2)};
     for (PictureFormat f : layouts) {
         for (f.planes = 1; f.planes <= 8; ++f.planes) {
             const Bytes original =
@@ -112,7 +101,7 @@ TEST(EncodePicture, GivesBackTheBytesForEveryPlaneCountAndLayout) {
 }
 
 TEST(EncodePicture, ShiftsBackAndKeepsEveryBitAroundTheSubImages) {
-    PictureFormat f = format(3, 1, 2, 1, 1, 1);
+    PictureFormat f = pictureFormat(3, 1, 2, 1, 1, 1);
     f.shiftColours = true;
     // 6 bits at byte 1: the two bits after them and the bytes around stay.
     const Bytes original{0xAA, 0b1011'0111, 0x55};

@@ -7,6 +7,7 @@
 #include "support/bitmapFiles.h"
 #include "support/expect.h"
 #include "support/images.h"
+#include "support/pictureFormats.h"
 #include "support/sampleData.h"
 #include "support/streams.h"
 
@@ -18,18 +19,6 @@ namespace marvek::test {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-PictureFormat format(std::int32_t width, std::int32_t height, std::int32_t planes,
-                     std::int32_t count = 1, std::int32_t across = 1, std::int32_t offset = 0) {
-    PictureFormat f;
-    f.width = width;
-    f.height = height;
-    f.planes = planes;
-    f.count = count;
-    f.across = across;
-    f.offset = offset;
-    return f;
-}
 
 class PictureFiles : public ::testing::Test {
 protected:
@@ -44,7 +33,7 @@ protected:
 };
 
 TEST_F(PictureFiles, ExportThenImportGivesBackTheBytes) {
-    for (PictureFormat f : {format(16, 16, 1, 6, 4), format(7, 3, 1, 5, 2)}) {
+    for (PictureFormat f : {pictureFormat(16, 16, 1, 6, 4), pictureFormat(7, 3, 1, 5, 2)}) {
         for (f.planes = 1; f.planes <= 8; ++f.planes) {
             const auto length = static_cast<std::size_t>(pictureEnd(f));
             Bytes original = randomBytes(length, static_cast<std::uint32_t>(f.planes));
@@ -62,7 +51,7 @@ TEST_F(PictureFiles, ExportThenImportGivesBackTheBytes) {
 TEST_F(PictureFiles, ImportReplacesOnlyTheSubImagesAndCanStoreThePalette) {
     // Ten bytes before the sub-images, two 16 x 1 single-plane ones, a
     // 32-colour palette (64 bytes) and three bytes after it.
-    const PictureFormat f = format(16, 1, 1, 2, 2, 10);
+    const PictureFormat f = pictureFormat(16, 1, 1, 2, 2, 10);
     Bytes file = randomBytes(10 + 4 + 64 + 3, 5);
     writeBytes(folder / "PIC", file);
     writeBytes(folder / "in.bmp", encodeBitmap(32, 1, 8, false, std::vector<std::uint32_t>(32, 0)));
@@ -78,18 +67,18 @@ TEST_F(PictureFiles, ImportReplacesOnlyTheSubImagesAndCanStoreThePalette) {
     EXPECT_EQ(readPictureFile(folder / "PIC"), expected);
 
     // A file that ends after the sub-images gets the palette appended.
-    importPicture(folder / "in.bmp", folder / "NEW", format(16, 1, 1, 2, 2), true);
+    importPicture(folder / "in.bmp", folder / "NEW", pictureFormat(16, 1, 1, 2, 2), true);
     EXPECT_EQ(readPictureFile(folder / "NEW"), Bytes(4 + 64, 0));
 
     EXPECT_NE(whatOf<FileError>([&] {
-                  importPicture(folder / "in.bmp", folder / "PIC", format(16, 1, 1, 1, 1, 82),
-                                false);
+                  importPicture(folder / "in.bmp", folder / "PIC",
+                                pictureFormat(16, 1, 1, 1, 1, 82), false);
               }).find("the offset 82 lies past the end of the file (81 bytes)"),
               std::string::npos);
 }
 
 TEST_F(PictureFiles, TheStoredPaletteIsTheBitmapsTableInTheGamesFormat) {
-    const PictureFormat f = format(2, 1, 5);
+    const PictureFormat f = pictureFormat(2, 1, 5);
     clsSurface picture = planarImage(2, 1, {3, 31});
     picture.setPalette(gamePalette());
     writePictureBitmap(picture, folder / "in.bmp");
@@ -125,7 +114,7 @@ TEST_F(PictureFiles, ARefusedImportWritesNothing) {
     };
     for (const auto& [bitmap, target, message] : refusals) {
         const std::string what = whatOf<FileError>([&] {
-            importPicture(folder / bitmap, folder / target, format(16, 16, 5, 2, 2), false);
+            importPicture(folder / bitmap, folder / target, pictureFormat(16, 16, 5, 2, 2), false);
         });
         EXPECT_NE(what.find(message), std::string::npos) << what;
     }
@@ -191,29 +180,30 @@ TEST_F(PaletteList, EachChoiceGivesItsPalette) {
     const auto palette = [&](const std::string& name, const Bytes& bytes, const PictureFormat& f) {
         return choosePalette(choices[*findPaletteChoice(choices, name)], bytes, f);
     };
-    const clsPalette grey = palette("Grey", {}, format(8, 1, 5));
+    const clsPalette grey = palette("Grey", {}, pictureFormat(8, 1, 5));
     EXPECT_EQ(std::tuple(grey.Count(), grey.Entry(0), grey.Entry(1), grey.Entry(31)),
               std::tuple(32, 0u, 0x080808u, 0xFFFFFFu));
-    EXPECT_EQ(palette("Grey", {}, format(8, 1, 1)).Entry(1), 0xFFFFFFu);
+    EXPECT_EQ(palette("Grey", {}, pictureFormat(8, 1, 1)).Entry(1), 0xFFFFFFu);
 
     // One 8 x 1 single-plane sub-image, then the game's words 0x0F80, 0x0123.
     Bytes bytes{0xFF, 0x0F, 0x80, 0x01, 0x23};
     bytes.resize(1 + 64, 0);
-    const clsPalette after = palette("After", bytes, format(8, 1, 1));
+    const clsPalette after = palette("After", bytes, pictureFormat(8, 1, 1));
     EXPECT_EQ(std::tuple(after.Count(), after.Entry(0), after.Entry(1)),
               std::tuple(32, 0x0088FFu, 0x332211u));
     bytes.pop_back();
-    EXPECT_EQ(palette("After", bytes, format(8, 1, 1)).Entry(1), 0xFFFFFFu)
+    EXPECT_EQ(palette("After", bytes, pictureFormat(8, 1, 1)).Entry(1), 0xFFFFFFu)
         << "no whole palette after the sub-images: grey";
 
-    EXPECT_EQ(palette("World 1", {}, format(8, 1, 5)).Entry(0), 0x302010u);
-    EXPECT_EQ(palette("title.bmp", {}, format(8, 1, 1)).Entry(1), 0x0000FFu);
-    EXPECT_NE(
-        whatOf<FileError>([&] { palette("World 2", {}, format(8, 1, 5)); }).find("world2.pal"),
-        std::string::npos);
+    EXPECT_EQ(palette("World 1", {}, pictureFormat(8, 1, 5)).Entry(0), 0x302010u);
+    EXPECT_EQ(palette("title.bmp", {}, pictureFormat(8, 1, 1)).Entry(1), 0x0000FFu);
+    EXPECT_NE(whatOf<FileError>([&] {
+                  palette("World 2", {}, pictureFormat(8, 1, 5));
+              }).find("world2.pal"),
+              std::string::npos);
     std::filesystem::remove(app / "pal/title.bmp");
     EXPECT_NE(whatOf<FileError>([&] {
-                  palette("title.bmp", {}, format(8, 1, 5));
+                  palette("title.bmp", {}, pictureFormat(8, 1, 5));
               }).find("title.bmp: the file does not exist"),
               std::string::npos);
 }

@@ -1,6 +1,7 @@
 #include "native/handles.h"
 #include "native/marvek.h"
 #include "support/bitmapFiles.h"
+#include "support/expect.h"
 
 #include <gtest/gtest.h>
 
@@ -170,10 +171,34 @@ TEST(BitmapLoad, LoadsEveryDepthOpaqueAndTopRowFirst) {
     EXPECT_EQ(surfaceGetPixel(surface.get(), 1, 0), 0xFF0000u);
 }
 
+TEST(BitmapLoad, TakesRunLengthDataAndALastRowWithoutPadding) {
+    // 2 x 2, bottom row first: a run of two 1s, end of line, 0 then 1 as
+    // runs of one, end of bitmap.
+    auto file = bitmapFile(2, 2, 8, {0xFF0000, 0x00FF00}, {2, 1, 0, 0, 1, 0, 1, 1, 0, 1});
+    file[30] = 1;
+    const UniqueSurface surface = load(file);
+    ASSERT_TRUE(surface);
+    expectPixels(surface.get(), {{0, 0, 0xFF0000}, {1, 0, 0x00FF00}, {0, 1, 0x00FF00}});
+    file.resize(file.size() - 2);
+    EXPECT_TRUE(load(file)) << "no end-of-bitmap mark after a whole last row";
+    file.resize(file.size() - 2);
+    EXPECT_FALSE(load(file)) << "the last row unfinished";
+
+    // Rows of 8 and 16 bytes hold 5 and 15; the last row's padding may go.
+    for (const auto& [bits, padding] : {std::pair(8, 3), std::pair(24, 1)}) {
+        const auto whole =
+            encodeBitmap(5, 3, static_cast<std::uint16_t>(bits), false, samplePixels);
+        const UniqueSurface unpadded = load({whole.begin(), whole.end() - padding});
+        ASSERT_TRUE(unpadded) << bits;
+        EXPECT_EQ(surfaceGetPixel(unpadded.get(), 4, 0), samplePixels[4]) << bits;
+    }
+}
+
 TEST(BitmapLoad, RefusesTruncationsAndHostileHeaders) {
     for (const std::uint16_t bits : {8, 24, 32}) {
         const auto whole = encodeBitmap(5, 3, bits, false, samplePixels);
-        for (std::size_t length = 0; length < whole.size(); ++length) {
+        const std::size_t padding = bits == 8 ? 3 : (bits == 24 ? 1 : 0);
+        for (std::size_t length = 0; length < whole.size() - padding; ++length) {
             EXPECT_FALSE(load({whole.begin(), whole.begin() + static_cast<long>(length)}))
                 << bits << " bits cut to " << length;
         }

@@ -1,4 +1,4 @@
-#include "graphics/bitmapRunLength.h"
+#include "native/bmpRunLength.h"
 
 namespace marvek {
 namespace {
