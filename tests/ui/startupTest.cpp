@@ -2,6 +2,7 @@
 
 #include "ui/frmOptions.h"
 
+#include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -70,6 +71,10 @@ TEST_F(Startup, AFolderThatStillDoesNotExistAsksAgain) {
                       dialogs_->folderAnswers = {toQString(root_.path()), toQString(dataFolder())};
                       button(again, "cmdBrowseDataPath").click();
                       button(again, "cmdBrowseDataPath").click();
+                      // The first OK wrote the empty level list's "" as the level.
+                      auto* levels = again.findChild<QComboBox*>("cmbDefLevel");
+                      EXPECT_TRUE(levels->isEnabled());
+                      levels->setCurrentText("L1MA1");
                       button(again, "cmdOk").click();
                   }});
     EXPECT_FALSE(startProgram(*shared_, *windows_).has_value());
