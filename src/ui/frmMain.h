@@ -11,7 +11,9 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <string>
 
 class QAction;
 class QScrollBar;
@@ -20,6 +22,7 @@ class QTabBar;
 namespace marvek {
 
 struct OpenedLevel;
+class clsLevel;
 struct SharedObjects;
 class clsSpecial;
 class frmOpenLevel;
@@ -75,6 +78,10 @@ public:
     const clsCamera& paletteCamera() const noexcept { return paletteCamera_; }
     float moveSensitivity() const noexcept { return moveSensitivity_; }
     const UndoHistory& history() const noexcept { return history_; }
+
+    // Every change to the level goes through here: an undo step called
+    // stepName, the change, the level marked modified, the view redrawn.
+    void editLevel(const std::string& stepName, const std::function<void(clsLevel&)>& change);
 
     // The file commands, as the menu runs them. Each returns true when it
     // went through (false: cancelled or failed, and the user was told).
