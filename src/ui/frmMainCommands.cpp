@@ -116,8 +116,7 @@ bool frmMain::fileSaveAs() {
     return true;
 }
 
-void frmMain::editLevel(const std::string& stepName,
-                        const std::function<void(clsLevel&)>& change) {
+void frmMain::editLevel(const std::string& stepName, const std::function<void(clsLevel&)>& change) {
     if (!opened_) {
         return;
     }

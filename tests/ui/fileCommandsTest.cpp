@@ -8,7 +8,6 @@
 #include <QAction>
 #include <QPushButton>
 
-
 namespace marvek::test {
 namespace {
 
