@@ -127,3 +127,47 @@ TEST_F(Dialogs, OpenLevelListsConfigurationsAndShowsTheirFiles) {
 
 } // namespace
 } // namespace marvek::test
+
+namespace marvek::test {
+namespace {
+
+TEST(CommonDialog, RemembersTheFolderAndSortsSeveralFilesIgnoringCase) {
+    TempDir folder;
+    writeText(folder / "picture.bmp", "x");
+    ScriptedCommonDialog dialogs;
+    dialogs.setLastFolder("/last");
+    const QString chosenFolder = toQString(folder.path());
+    dialogs.fileAnswers = {{chosenFolder + "/b.bmp", chosenFolder + "/A.bmp"}, {}, {}};
+    const auto chosen =
+        dialogs.openFile(nullptr, "Import", "Bitmap files (*.bmp)|*.bmp|All files (*.*)|*.*",
+                         QString(), clsCommonDialog::openFlags, 2);
+    ASSERT_EQ(chosen.size(), 2U);
+    EXPECT_EQ(chosen.at(0), chosenFolder + "/A.bmp");
+    EXPECT_EQ(chosen.at(1), chosenFolder + "/b.bmp");
+    EXPECT_EQ(dialogs.lastFolder(), chosenFolder);
+    const auto& first = dialogs.fileRequests[0];
+    EXPECT_EQ(first.filters, (QStringList{"Bitmap files (*.bmp)", "All files (*)"}));
+    EXPECT_EQ(first.filterIndex, 1);
+    EXPECT_EQ(first.folder, "/last");
+
+    // An initial file that exists opens its own folder; one that does not
+    // is still offered by name, in the last folder.
+    EXPECT_TRUE(dialogs
+                    .saveFile(nullptr, "Save", "All files (*.*)|*.*",
+                              toQString(folder / "picture.bmp"), clsCommonDialog::saveFlags, 1)
+                    .isEmpty());
+    EXPECT_EQ(dialogs.fileRequests[1].folder, chosenFolder);
+    EXPECT_EQ(dialogs.fileRequests[1].initialName, "picture.bmp");
+    dialogs.setLastFolder("/elsewhere");
+    EXPECT_TRUE(dialogs
+                    .openFile(nullptr, "Open", "All files (*.*)|*.*", "/nowhere/level.bin",
+                              clsCommonDialog::openFlags, 1)
+                    .empty());
+    EXPECT_EQ(dialogs.fileRequests[2].folder, "/elsewhere");
+    EXPECT_EQ(dialogs.fileRequests[2].initialName, "level.bin");
+    EXPECT_EQ(dialogs.lastFolder(), "/elsewhere") << "a cancel changes nothing";
+    EXPECT_EQ(dialogs.getColor(nullptr, 0, 0x123456), -1);
+}
+
+} // namespace
+} // namespace marvek::test
