@@ -1,7 +1,5 @@
 #include "data/clsLevel.h"
 
-#include "native/marvek.h"
-
 #include <algorithm>
 #include <stdexcept>
 #include <string>
@@ -44,11 +42,6 @@ void clsLevel::resizeCells() {
 
 void clsLevel::setCcclData(std::span<const std::uint8_t, ccclSize> data) {
     std::copy(data.begin(), data.end(), ccclData_.begin());
-}
-
-void clsLevel::resetUndo() {
-    undoDestroy();
-    undoInit();
 }
 
 } // namespace marvek

@@ -114,9 +114,9 @@ public:
     void placeSelectMap(const TileGrid& selectMap, std::int32_t pixelX, std::int32_t pixelY,
                         const clsCamera& camera, bool autoPlaceSpecials);
 
-    // The native store keeps whole-grid snapshots; loading a level empties
-    // it, so every snapshot it holds fits this grid. Adding one empties the
-    // redo side.
+    // The native store keeps whole-grid snapshots of one grid at a time:
+    // whoever makes another level the edited one empties it first
+    // (UndoHistory::clear). Adding one empties the redo side.
     void addUndo() const;
     // Each swaps the newest snapshot of its side with the grid; false, grid
     // unchanged, when that side is empty. modified is left as it is.
@@ -155,7 +155,6 @@ public:
                         bool includeNoExport, const clsRenderOptions& options) const;
 
 private:
-    static void resetUndo();
     // The cells in row-major order really are width x height.
     bool gridIsConsistent() const noexcept;
     void putTile(std::int32_t x, std::int32_t y, std::int32_t tile, bool autoPlaceSpecials);

@@ -182,7 +182,6 @@ bool clsLevel::loadFromBits(clsBitStream& stream, clsPalette& palette) {
             return false;
         }
     } while (!stream.endOfStream());
-    resetUndo();
     modified = false;
     return true;
 }

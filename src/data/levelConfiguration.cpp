@@ -101,6 +101,14 @@ NameList listConfigurations(const fs::path& applicationFolder, std::string_view 
     return list;
 }
 
+NameList listFonts(const fs::path& applicationFolder, std::string_view select) {
+    NameList list;
+    for (const fs::path& file : filesOf(applicationFolder / "fonts")) {
+        addName(list, lowerAscii(file.stem().string()), select);
+    }
+    return list;
+}
+
 NameList listLevels(const fs::path& dataFolder, std::string_view select) {
     NameList list;
     for (const fs::path& file : filesOf(dataFolder)) {

@@ -37,6 +37,10 @@ LevelConfiguration readLevelConfiguration(const std::filesystem::path& path);
 NameList listConfigurations(const std::filesystem::path& applicationFolder,
                             std::string_view select);
 
+// The editor fonts of the application folder's fonts/, listed as the
+// configurations are, without exclusions.
+NameList listFonts(const std::filesystem::path& applicationFolder, std::string_view select);
+
 // The level files of a data folder under their upper-cased names. select is
 // compared exactly, so it must be upper case to match.
 NameList listLevels(const std::filesystem::path& dataFolder, std::string_view select);

@@ -1,0 +1,39 @@
+#include "ui/EditorWindows.h"
+
+#include "ui/frmMain.h"
+#include "ui/frmOpenLevel.h"
+#include "ui/frmOptions.h"
+#include "ui/frmStatus.h"
+
+namespace marvek {
+
+EditorWindows::EditorWindows(SharedObjects& shared)
+    : shared_(shared), options_(std::make_unique<frmOptions>(shared)) {}
+
+EditorWindows::~EditorWindows() {
+    unloadWindows();
+}
+
+bool EditorWindows::showOptions() {
+    return options_->showModal();
+}
+
+void EditorWindows::loadWindows() {
+    status_ = std::make_unique<frmStatus>();
+    openLevel_ = std::make_unique<frmOpenLevel>(shared_);
+    main_ = std::make_unique<frmMain>(shared_, MainDialogs{*status_, *openLevel_, *options_});
+}
+
+bool EditorWindows::initialLoad() {
+    main_->show();
+    return main_->initialLoad();
+}
+
+void EditorWindows::unloadWindows() {
+    // The main window goes first: it refers to the others.
+    main_.reset();
+    openLevel_.reset();
+    status_.reset();
+}
+
+} // namespace marvek

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QAbstractSpinBox>
+
+class QLineEdit;
+
+namespace marvek {
+
+// Up and down arrows beside a text box: each step changes the box's number by
+// one within [minimum, maximum]. The text box stays the place the value lives.
+class UpDown : public QAbstractSpinBox {
+    Q_OBJECT
+
+public:
+    UpDown(QLineEdit& buddy, int minimum, int maximum, QWidget* parent = nullptr);
+
+    void stepBy(int steps) override;
+    QSize sizeHint() const override;
+
+protected:
+    StepEnabled stepEnabled() const override;
+
+private:
+    int value() const;
+
+    QLineEdit& buddy_;
+    int minimum_;
+    int maximum_;
+};
+
+// The leading whole number of a text, as a text box's value; 0 when the text
+// does not start with one.
+int leadingNumber(const QString& text);
+
+} // namespace marvek

@@ -1,0 +1,249 @@
+// The main window: its controls, menus, layout and keys.
+#include "ui/frmMain.h"
+
+#include "app/SharedObjects.h"
+#include "app/clsMessageBox.h"
+#include "data/openLevel.h"
+#include "ui/PictureBox.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QScrollBar>
+#include <QStatusBar>
+#include <QTabBar>
+
+#include <algorithm>
+#include <cmath>
+
+namespace marvek {
+namespace {
+
+// The tile palette shows 20 tiles of 16 pixels a row, inside the border.
+constexpr int paletteWidth = 20 * 16 + 2 * PictureBox::border;
+constexpr int margin = 4;
+// Room right of the level view for the gap, the palette's scroll bar and
+// the window's edge.
+constexpr int rightOfLevel = 16;
+constexpr double wheelStep = 7.5;
+
+const QString closingQuestion = "The level has been modified since you last saved it. Do you "
+                                "want to save it before quitting?";
+
+} // namespace
+
+frmMain::frmMain(SharedObjects& shared, MainDialogs dialogs, QWidget* parent)
+    : QMainWindow(parent), shared_(shared), dialogs_(dialogs) {
+    setObjectName("frmMain");
+    setWindowTitle(QString(applicationTitle) + "[*]");
+    buildWindow();
+    buildMenus();
+    statusBar()->setObjectName("statusBar");
+    resize(1280, 800);
+    updateCommands();
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::buildWindow() {
+    auto* central = new QWidget(this);
+    central->setObjectName("central");
+    setCentralWidget(central);
+    tabMode_ = new QTabBar(central);
+    tabMode_->setObjectName("tabMode");
+    tabMode_->addTab("Tiles");
+    tabMode_->addTab("Specials");
+    tabMode_->setFocusPolicy(Qt::NoFocus);
+    tabMode_->setDrawBase(false);
+    picLevel_ = new PictureBox(central);
+    picLevel_->setObjectName("picLevel");
+    picPalette_ = new PictureBox(central);
+    picPalette_->setObjectName("picPalette");
+    picPalette_->resize(paletteWidth, picPalette_->height());
+    scrlPalette_ = new QScrollBar(Qt::Vertical, central);
+    scrlPalette_->setObjectName("scrlPalette");
+    scrlPalette_->setFocusPolicy(Qt::NoFocus);
+    scrlPalette_->setSingleStep(16);
+    scrlPalette_->setPageStep(160);
+    setFocusPolicy(Qt::StrongFocus);
+
+    connect(tabMode_, &QTabBar::currentChanged, this, &frmMain::selectMode);
+    connect(scrlPalette_, &QScrollBar::valueChanged, this, &frmMain::showPaletteScroll);
+    connect(picPalette_, &PictureBox::wheelTurned, this, &frmMain::wheelOverPalette);
+    connect(picLevel_, &PictureBox::pointerMoved, this,
+            [this](int /*buttons*/, int /*shift*/, float x, float y) {
+                mouseX_ = std::nearbyint(x);
+                mouseY_ = std::nearbyint(y);
+                pointerOverLevel_ = true;
+                if (dragState_ == 0) {
+                    renderLevel();
+                }
+            });
+    connect(picLevel_, &PictureBox::pointerLeft, this, [this] {
+        pointerOverLevel_ = false;
+        if (dragState_ == 0) {
+            renderLevel();
+        }
+    });
+}
+
+QAction* frmMain::addCommand(QMenu& menu, const char* name, const QString& caption,
+                             const QKeySequence& shortcut) {
+    QAction* action = menu.addAction(caption);
+    action->setObjectName(name);
+    if (!shortcut.isEmpty()) {
+        action->setShortcut(shortcut);
+    }
+    return action;
+}
+
+void frmMain::buildMenus() {
+    QMenu* file = menuBar()->addMenu("&File");
+    file->setObjectName("mnuFile");
+    connect(addCommand(*file, "itmFileOpen", "&Open...", QKeySequence::Open), &QAction::triggered,
+            this, [this] { fileOpen(); });
+    connect(addCommand(*file, "itmFileSave", "&Save", QKeySequence::Save), &QAction::triggered,
+            this, [this] { fileSave(); });
+    connect(addCommand(*file, "itmFileSaveAs", "Save &As...", QKeySequence("Ctrl+Shift+S")),
+            &QAction::triggered, this, [this] { fileSaveAs(); });
+    file->addSeparator();
+    connect(addCommand(*file, "itmFileExit", "E&xit", QKeySequence("Ctrl+Q")), &QAction::triggered,
+            this, [this] {
+                releaseModifiers();
+                close();
+            });
+
+    QMenu* edit = menuBar()->addMenu("&Edit");
+    edit->setObjectName("mnuEdit");
+    itmEditUndo_ = addCommand(*edit, "itmEditUndo", "&Undo", QKeySequence("Ctrl+Z"));
+    connect(itmEditUndo_, &QAction::triggered, this, &frmMain::editUndo);
+    itmEditRedo_ = addCommand(*edit, "itmEditRedo", "&Redo");
+    itmEditRedo_->setShortcuts({QKeySequence("Ctrl+Y"), QKeySequence("Ctrl+Shift+Z")});
+    connect(itmEditRedo_, &QAction::triggered, this, &frmMain::editRedo);
+
+    QMenu* tools = menuBar()->addMenu("&Tools");
+    tools->setObjectName("mnuTools");
+    connect(addCommand(*tools, "itmToolsOptions", "&Options..."), &QAction::triggered, this,
+            &frmMain::toolsOptions);
+}
+
+void frmMain::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    if (isMinimized() || width() <= 0 || height() <= 0) {
+        return;
+    }
+    layOut();
+    if (opened_) {
+        createBuffers();
+        renderLevel();
+        renderPalette();
+    }
+}
+
+void frmMain::layOut() {
+    const QWidget* central = centralWidget();
+    const int tabHeight = tabMode_->sizeHint().height();
+    tabMode_->setGeometry(margin, margin, tabMode_->sizeHint().width(), tabHeight);
+    const int top = margin + tabHeight;
+    const int scrollWidth = scrlPalette_->sizeHint().width();
+    const int levelHeight = std::max(central->height() - top - margin, 1);
+    const int levelWidth =
+        std::max(central->width() - margin - (paletteWidth + scrollWidth + rightOfLevel), 1);
+    picLevel_->setGeometry(margin, top, levelWidth, levelHeight);
+    picPalette_->setGeometry(margin + levelWidth + margin, top, paletteWidth, levelHeight);
+    scrlPalette_->setGeometry(picPalette_->x() + paletteWidth, top + 1, scrollWidth,
+                              std::max(levelHeight - 2, 1));
+}
+
+void frmMain::keyPressEvent(QKeyEvent* event) {
+    if ((event->key() == Qt::Key_Shift || event->key() == Qt::Key_Control)) {
+        if (dragState_ == 0) {
+            tileModifierHeld_ = true;
+            specialModifierHeld_ = true;
+            renderLevel();
+        }
+        return;
+    }
+    const QString typed = event->text().toUpper();
+    if (typed == "B") {
+        toggleRenderFlag(renderFlags::outlines);
+    } else if (typed == "O") {
+        toggleRenderFlag(renderFlags::oversizeMarks);
+    } else if (typed == "U") {
+        toggleRenderFlag(renderFlags::undefinedIds);
+    } else if (typed == "G") {
+        renderFlags_ ^= renderFlags::clear;
+        if (opened_) {
+            opened_->level.tileSpacing = (renderFlags_ & renderFlags::clear) != 0 ? 17 : 16;
+            createBuffers();
+        }
+        renderLevel();
+    } else if (typed == "Z") {
+        zoomed_ = !zoomed_;
+        if (opened_) {
+            createBuffers();
+        }
+        renderLevel();
+    } else if (typed == "T") {
+        tabMode_->setCurrentIndex(0);
+    } else if (typed == "S") {
+        tabMode_->setCurrentIndex(1);
+    } else {
+        QMainWindow::keyPressEvent(event);
+    }
+}
+
+void frmMain::keyReleaseEvent(QKeyEvent* event) {
+    if ((event->key() == Qt::Key_Shift || event->key() == Qt::Key_Control) &&
+        !event->isAutoRepeat()) {
+        releaseModifiers();
+        return;
+    }
+    QMainWindow::keyReleaseEvent(event);
+}
+
+void frmMain::releaseModifiers() {
+    tileModifierHeld_ = false;
+    specialModifierHeld_ = false;
+    selectionVisible_ = false;
+    dragState_ = 0;
+    renderLevel();
+}
+
+void frmMain::toggleRenderFlag(std::int32_t flag) {
+    renderFlags_ ^= flag;
+    renderLevel();
+}
+
+void frmMain::selectMode(int tabIndex) {
+    mode_ = tabIndex + 1;
+    dragState_ = 0;
+    if (mode_ == tilesMode) {
+        tileModifierHeld_ = false;
+    } else {
+        specialModifierHeld_ = false;
+    }
+    applyModeFlags();
+    renderLevel();
+    updatePaletteScroll();
+}
+
+void frmMain::wheelOverPalette(int delta) {
+    if (delta == 0) {
+        return;
+    }
+    const double wanted = std::nearbyint(scrlPalette_->value() - delta / wheelStep);
+    scrlPalette_->setValue(static_cast<int>(
+        std::clamp<double>(wanted, scrlPalette_->minimum(), scrlPalette_->maximum())));
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    bool cancelled = false;
+    if (!saveIfModified(closingQuestion, &cancelled) || cancelled) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+}
+
+} // namespace marvek

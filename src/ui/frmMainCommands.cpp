@@ -1,0 +1,181 @@
+// The main window's menu commands: opening, saving, undo and the options.
+#include "ui/frmMain.h"
+
+#include "app/SharedObjects.h"
+#include "app/qtPaths.h"
+#include "data/levelRecovery.h"
+#include "data/openLevel.h"
+#include "ui/frmOpenLevel.h"
+#include "ui/frmOptions.h"
+#include "ui/frmStatus.h"
+
+#include <QAction>
+#include <QFileInfo>
+
+#include <exception>
+
+namespace marvek {
+namespace {
+
+const QString openQuestion = "The level has been modified since you last saved it. Do you want "
+                             "to save it first before loading another?";
+
+QString stepCaption(const QString& command, const std::string& step) {
+    return step.empty() ? command : command + " " + toQString(step);
+}
+
+} // namespace
+
+bool frmMain::saveIfModified(const QString& question, bool* cancelled) {
+    *cancelled = false;
+    if (!opened_ || !opened_->level.modified) {
+        return true;
+    }
+    switch (shared_.messages->show(this, question, messageStyle::yesNoCancelQuestion)) {
+    case messageAnswer::yes:
+        return fileSave();
+    case messageAnswer::no:
+        return true;
+    default:
+        *cancelled = true;
+        return true;
+    }
+}
+
+bool frmMain::fileOpen() {
+    releaseModifiers();
+    bool cancelled = false;
+    if (!saveIfModified(openQuestion, &cancelled) || cancelled) {
+        return false;
+    }
+    const auto chosen =
+        shared_.dialogs->openFile(this, "Open Thornwick level", "All files (*.*)|*.*", QString(),
+                                  clsCommonDialog::openFlags, 1);
+    if (chosen.empty() || !dialogs_.openLevel.showModal()) {
+        return false;
+    }
+    const QString file = chosen.begin()->second;
+    QString failure;
+    if (!useConfig(toPath(file), dialogs_.openLevel.configuration(),
+                   dialogs_.openLevel.loadUnknown(), &failure)) {
+        shared_.messages->show(this, "The level could not be opened.\n\n" + failure,
+                               messageStyle::exclamation);
+        return false;
+    }
+    resetEditState();
+    createBuffers();
+    renderLevel();
+    renderPalette();
+    return true;
+}
+
+bool frmMain::fileSave() {
+    releaseModifiers();
+    if (!opened_) {
+        return false;
+    }
+    clsLevel& level = opened_->level;
+    if (level.fileName.empty()) {
+        return fileSaveAs();
+    }
+    dialogs_.status.setStatus("Saving level...");
+    try {
+        level.saveToFile(level.fileName, opened_->palette);
+    } catch (const std::exception& error) {
+        dialogs_.status.hideStatus();
+        shared_.messages->show(
+            this, "The level was not saved.\n\n" + QString::fromStdString(error.what()),
+            messageStyle::exclamation);
+        updateCommands();
+        return false;
+    }
+    dialogs_.status.hideStatus();
+    updateCommands();
+    return true;
+}
+
+bool frmMain::fileSaveAs() {
+    if (!opened_) {
+        return false;
+    }
+    clsLevel& level = opened_->level;
+    const QString chosen =
+        shared_.dialogs->saveFile(this, "Save Thornwick Level As", "All files (*.*)|*.*",
+                                  toQString(level.fileName), clsCommonDialog::saveFlags, 1);
+    if (chosen.isEmpty()) {
+        return false;
+    }
+    const std::string previous = level.fileName;
+    level.fileName = toPath(chosen).string();
+    if (!fileSave()) {
+        // Save goes on meaning the file the level came from.
+        level.fileName = previous;
+        updateCommands();
+        return false;
+    }
+    return true;
+}
+
+void frmMain::editLevel(const std::string& stepName, const std::function<void(clsLevel&)>& change) {
+    if (!opened_) {
+        return;
+    }
+    history_.record(opened_->level, stepName);
+    change(opened_->level);
+    opened_->level.modified = true;
+    updateCommands();
+    renderLevel();
+}
+
+void frmMain::editUndo() {
+    releaseModifiers();
+    if (opened_ && !history_.undo(opened_->level).empty()) {
+        opened_->level.modified = true;
+        renderLevel();
+    }
+    updateCommands();
+}
+
+void frmMain::editRedo() {
+    releaseModifiers();
+    if (opened_ && !history_.redo(opened_->level).empty()) {
+        opened_->level.modified = true;
+        renderLevel();
+    }
+    updateCommands();
+}
+
+void frmMain::toolsOptions() {
+    dialogs_.options.showModal();
+    loadOptions();
+    renderLevel();
+    renderPalette();
+}
+
+void frmMain::updateCommands() {
+    if (opened_) {
+        const QString name = QFileInfo(toQString(opened_->level.fileName)).completeBaseName();
+        setWindowTitle(QString(applicationTitle) + " - " + name.toUpper() + "[*]");
+        setWindowModified(opened_->level.modified);
+    }
+    const std::string undo = history_.nextUndo();
+    const std::string redo = history_.nextRedo();
+    itmEditUndo_->setText(stepCaption("&Undo", undo));
+    itmEditUndo_->setEnabled(!undo.empty());
+    itmEditRedo_->setText(stepCaption("&Redo", redo));
+    itmEditRedo_->setEnabled(!redo.empty());
+}
+
+QString frmMain::keepUnsavedWork() {
+    if (!opened_ || !opened_->level.modified) {
+        return {};
+    }
+    try {
+        const auto path = writeRecoveryCopy(opened_->level, opened_->palette);
+        return "Your unsaved changes were kept in " + toQString(path) + ".";
+    } catch (const std::exception& error) {
+        return "Your unsaved changes could not be kept: " + QString::fromStdString(error.what());
+    }
+}
+
+} // namespace marvek

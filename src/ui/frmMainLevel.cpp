@@ -1,0 +1,237 @@
+// The main window's open level: loading it, sizing the views, drawing them.
+#include "ui/frmMain.h"
+
+#include "app/SharedObjects.h"
+#include "app/modMain.h"
+#include "app/qtPaths.h"
+#include "app/settings.h"
+#include "data/openLevel.h"
+#include "ui/PictureBox.h"
+#include "ui/frmOpenLevel.h"
+#include "ui/frmStatus.h"
+
+#include <QScrollBar>
+#include <QTabBar>
+
+#include <cmath>
+#include <exception>
+
+namespace marvek {
+namespace {
+
+const QString defaultLevelMessage =
+    "The default level is invalid and cannot be loaded. Please reconfigure.";
+
+std::int32_t rounded(double value) {
+    return static_cast<std::int32_t>(std::nearbyint(value));
+}
+
+} // namespace
+
+bool frmMain::initialLoad() {
+    loadOptions();
+    const clsConfiguration& settings = shared_.settings;
+    const std::filesystem::path level =
+        toPath(toQString(settingText(settings, settingKey::thornwickData, {}))) /
+        settingText(settings, settingKey::defaultLevel, {});
+    QString failure;
+    if (!useConfig(level, toQString(settingText(settings, settingKey::defaultConfig, {})),
+                   dialogs_.openLevel.loadUnknown(), &failure)) {
+        shared_.messages->show(this, defaultLevelMessage + "\n\n" + failure,
+                               messageStyle::exclamation);
+        return false;
+    }
+    resetEditState();
+    createBuffers();
+    renderLevel();
+    renderPalette();
+    return true;
+}
+
+bool frmMain::useConfig(const std::filesystem::path& levelFile, const QString& configuration,
+                        bool loadUnknown, QString* failure) {
+    dialogs_.status.setStatus(QString());
+    setEnabled(false);
+    // The window comes back and the notice goes on every path.
+    struct Restore {
+        frmMain& window;
+        ~Restore() {
+            window.setEnabled(true);
+            window.dialogs_.status.hideStatus();
+        }
+    } restore{*this};
+
+    OpenLevelRequest request;
+    request.applicationFolder = shared_.applicationFolder;
+    request.dataFolder = settingText(shared_.settings, settingKey::thornwickData, {});
+    request.levelFile = levelFile;
+    request.configuration = configuration.toStdString();
+    request.loadUnknownSpecials = loadUnknown;
+    try {
+        // Everything loads into new objects; only a complete load replaces
+        // the open level and its history.
+        auto opened =
+            std::make_unique<OpenedLevel>(openLevel(request, [this](std::string_view text) {
+                dialogs_.status.setStatus(QString::fromUtf8(text.data(), qsizetype(text.size())));
+            }));
+        opened_ = std::move(opened);
+    } catch (const std::exception& error) {
+        if (failure != nullptr) {
+            *failure = QString::fromStdString(error.what());
+        }
+        return false;
+    }
+    history_.clear();
+    resetEditState();
+    updateCommands();
+    return true;
+}
+
+void frmMain::loadOptions() {
+    const clsConfiguration& settings = shared_.settings;
+    alphaBlending_ = settingNumber(settings, settingKey::alphaBlending, 1) != 0;
+    autoPlaceSpecials_ = settingNumber(settings, settingKey::autoPlaceSpecials, 1) != 0;
+    history_.setMaximum(settingNumber(settings, settingKey::undoLevels, 64));
+    moveSensitivity_ =
+        static_cast<float>(settingNumber(settings, settingKey::moveSensitivity, 10)) / 10.0F;
+    clsFont font;
+    const auto fontPath = editorFontPath(shared_);
+    if (font.loadFromFile(fontPath)) {
+        shared_.editorFont = std::move(font);
+    } else if (shared_.editorFont.handle() != 0) {
+        shared_.messages->show(
+            this, toQString(fontPath) + ": the editor font does not load; the previous font stays.",
+            messageStyle::exclamation);
+    }
+}
+
+void frmMain::resetEditState() {
+    levelCamera_ = clsCamera();
+    paletteCamera_ = clsCamera();
+    brush_ = TileGrid(1, 1);
+    brush_.at(0, 0) = 1;
+    selection_ = clsRectangle();
+    selectionVisible_ = false;
+    paletteSelection_ = clsRectangle();
+    selectedSpecial_ = nullptr;
+    if (opened_ && opened_->specialSet.count() > 0) {
+        selectedSpecial_ = &opened_->specialSet.getSpecial(0);
+    }
+    mode_ = tabMode_->currentIndex() + 1;
+    moveSensitivity_ =
+        static_cast<float>(settingNumber(shared_.settings, settingKey::moveSensitivity, 10)) /
+        10.0F;
+    zoomed_ = true;
+    renderFlags_ = 12;
+    if (opened_) {
+        opened_->level.tileSpacing = 16;
+    }
+    applyModeFlags();
+}
+
+void frmMain::applyModeFlags() {
+    renderFlags_ |= renderFlags::tiles;
+    if (mode_ == tilesMode) {
+        renderFlags_ &= ~renderFlags::specials;
+    } else {
+        renderFlags_ |= renderFlags::specials;
+    }
+}
+
+void frmMain::createBuffers() {
+    if (!opened_) {
+        return;
+    }
+    const std::int32_t z = zoomFactor();
+    const clsLevel& level = opened_->level;
+    picLevel_->clear();
+    picPalette_->clear();
+    levelBuffer_.Create(rounded(double(picLevel_->width() - 4) / z),
+                        rounded(double(picLevel_->height() - 4) / z), z);
+    paletteBuffer_.Create(picPalette_->width() - 4, picPalette_->height() - 4, 1);
+
+    levelCamera_.viewWidth = levelBuffer_.width();
+    levelCamera_.viewHeight = levelBuffer_.height();
+    levelCamera_.levelWidth = level.width * level.tileSpacing;
+    levelCamera_.levelHeight = level.height * level.tileSpacing;
+    levelCamera_.checkPosition();
+
+    paletteCamera_.viewWidth = paletteBuffer_.width();
+    paletteCamera_.viewHeight = paletteBuffer_.height();
+    paletteCamera_.levelWidth = paletteBuffer_.width();
+    paletteCamera_.levelHeight =
+        mode_ == specialsMode
+            ? opened_->specialSet.paletteHeight()
+            : rounded(double(opened_->tileSet.count()) / 20.0 * level.tileSpacing);
+    paletteCamera_.checkPosition();
+    updatePaletteScroll();
+}
+
+void frmMain::updatePaletteScroll() {
+    if (!opened_) {
+        return;
+    }
+    const int maximum = mode_ == tilesMode
+                            ? (opened_->tileSet.count() / 20) * 16 - picPalette_->height() + 5
+                            : opened_->specialSet.paletteHeight() - picPalette_->height();
+    {
+        const QSignalBlocker quiet(scrlPalette_);
+        scrlPalette_->setMaximum(std::max(maximum, 0));
+    }
+    showPaletteScroll();
+}
+
+void frmMain::showPaletteScroll() {
+    if (!opened_) {
+        return;
+    }
+    paletteCamera_.y = scrlPalette_->value();
+    renderPalette();
+}
+
+clsRenderOptions frmMain::renderOptions() const {
+    return {shared_.editorFont, alphaBlending_};
+}
+
+void frmMain::renderLevel() {
+    if (!opened_ || !levelBuffer_.isUsable()) {
+        return;
+    }
+    const clsLevel& level = opened_->level;
+    const clsRenderOptions options = renderOptions();
+    level.renderTo(levelBuffer_, levelCamera_, opened_->tileSet, opened_->specialSet, renderFlags_,
+                   options);
+    const bool modifierHeld = mode_ == tilesMode ? tileModifierHeld_ : specialModifierHeld_;
+    if (!modifierHeld && pointerOverLevel_) {
+        const std::int32_t z = zoomFactor();
+        const std::int32_t x = rounded(mouseX_ / z);
+        const std::int32_t y = rounded(mouseY_ / z);
+        if (mode_ == tilesMode) {
+            level.renderSelectMap(levelBuffer_, levelCamera_, opened_->tileSet, brush_, x, y);
+        } else if (selectedSpecial_ != nullptr) {
+            level.renderSelectedSpecial(levelBuffer_, levelCamera_, *selectedSpecial_, x, y,
+                                        options);
+        }
+    }
+    if (selectionVisible_) {
+        level.renderTileRect(levelBuffer_, levelCamera_, selection_, alphaBlending_);
+    }
+    levelBuffer_.Present(*picLevel_);
+}
+
+void frmMain::renderPalette() {
+    if (!opened_ || !paletteBuffer_.isUsable()) {
+        return;
+    }
+    if (mode_ == specialsMode) {
+        opened_->specialSet.renderTo(paletteBuffer_, paletteCamera_, selectedSpecial_,
+                                     shared_.editorFont, alphaBlending_);
+    } else {
+        opened_->tileSet.renderTo(paletteBuffer_, paletteCamera_);
+        opened_->tileSet.renderSelected(paletteBuffer_, paletteSelection_, paletteCamera_,
+                                        alphaBlending_ ? 1 : 0);
+    }
+    paletteBuffer_.Present(*picPalette_);
+}
+
+} // namespace marvek
