@@ -4,20 +4,13 @@
 #include "graphics/clsBackBuffer.h"
 #include "graphics/clsFont.h"
 #include "io/FileError.h"
-#include "io/atomicWrite.h"
 #include "io/findFile.h"
 #include "native/marvek.h"
 #include "tool/commands.h"
 #include "tool/executableFolder.h"
 
-#include <QBuffer>
-#include <QByteArray>
-#include <QImage>
-
 #include <cstdio>
-#include <cstring>
 #include <optional>
-#include <span>
 
 namespace marvek::tool {
 namespace {
@@ -95,32 +88,6 @@ std::string lowerExtension(const fs::path& path) {
     return extension;
 }
 
-void writePng(const clsBackBuffer& backBuffer, const fs::path& path) {
-    const std::int32_t width = backBuffer.width();
-    const std::int32_t height = backBuffer.height();
-    const std::uint32_t* source = surfaceGetDataPtr(backBuffer.surface());
-    QImage image(width, height, QImage::Format_RGB32);
-    if (source == nullptr || image.isNull()) {
-        throw FileError(path, "there is no picture to write");
-    }
-    for (std::int32_t y = 0; y < height; ++y) {
-        auto* row = reinterpret_cast<std::uint32_t*>(image.scanLine(y));
-        const std::uint32_t* from = source + static_cast<std::size_t>(y) * width;
-        // The surface's fourth byte counts transparency; the export is opaque.
-        for (std::int32_t x = 0; x < width; ++x) {
-            row[x] = from[x] | 0xFF000000u;
-        }
-    }
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    if (!image.save(&buffer, "PNG")) {
-        throw FileError(path, "the PNG could not be made");
-    }
-    writeFileAtomically(path, std::span(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-                                        static_cast<std::size_t>(bytes.size())));
-}
-
 ExportChoice exportChoice(const ExportArguments& parsed, const clsSpecialSet& specialSet,
                           const clsFont& font) {
     ExportChoice choice;
@@ -145,11 +112,7 @@ int exportLevel(const ExportArguments& parsed) {
     font.loadFromFile(findFile(parsed.applicationFolder, "fonts/game.bmp"));
     const clsBackBuffer picture = renderLevelExport(opened.level, opened.tileSet, opened.specialSet,
                                                     exportChoice(parsed, opened.specialSet, font));
-    if (extension == ".png") {
-        writePng(picture, parsed.output);
-    } else {
-        writeExportBitmap(picture, parsed.output);
-    }
+    writeExportPicture(picture, parsed.output);
     return 0;
 }
 
