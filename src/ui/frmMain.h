@@ -3,11 +3,13 @@
 #include "data/TileGrid.h"
 #include "data/UndoHistory.h"
 #include "data/clsRenderOptions.h"
+#include "data/editorBenchmark.h"
 #include "graphics/clsBackBuffer.h"
 #include "graphics/clsCamera.h"
 #include "graphics/clsRectangle.h"
 
 #include <QMainWindow>
+#include <QPoint>
 
 #include <cstdint>
 #include <filesystem>
@@ -22,6 +24,8 @@ namespace marvek {
 struct OpenedLevel;
 struct SharedObjects;
 class clsSpecial;
+class frmAbout;
+class frmExportLevel;
 class frmOpenLevel;
 class frmOptions;
 class frmStatus;
@@ -32,6 +36,8 @@ struct MainDialogs {
     frmStatus& status;
     frmOpenLevel& openLevel;
     frmOptions& options;
+    frmExportLevel& exportLevel;
+    frmAbout& about;
 };
 
 // The editor's main window: the level view, the palette strip beside it, the
@@ -75,6 +81,11 @@ public:
     const clsCamera& paletteCamera() const noexcept { return paletteCamera_; }
     float moveSensitivity() const noexcept { return moveSensitivity_; }
     const UndoHistory& history() const noexcept { return history_; }
+    const TileGrid& brush() const noexcept { return brush_; }
+    const clsSpecial* selectedSpecial() const noexcept { return selectedSpecial_; }
+    const clsRectangle& selection() const noexcept { return selection_; }
+    bool selectionVisible() const noexcept { return selectionVisible_; }
+    const clsRectangle& paletteSelection() const noexcept { return paletteSelection_; }
 
     // The file commands, as the menu runs them. Each returns true when it
     // went through (false: cancelled or failed, and the user was told).
@@ -84,6 +95,13 @@ public:
     void editUndo();
     void editRedo();
     void toolsOptions();
+    // The level as a picture; true when one was written.
+    bool fileExportBitmap();
+    void toolsBenchmark();
+    void aboutFAQ();
+    void helpAbout();
+    // The benchmark's clock in milliseconds; tests give it a scripted one.
+    void setTickClock(TickClock clock) { tickClock_ = std::move(clock); }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -117,6 +135,25 @@ private:
     bool saveIfModified(const QString& question, bool* cancelled);
     void updateCommands();
 
+    // Mouse editing (frmMainMouse.cpp): positions are picture pixels.
+    void levelPressed(int button, int shift, float x, float y);
+    void levelMoved(int buttons, int shift, float x, float y);
+    void levelReleased(int button, int shift, float x, float y);
+    void levelLeft();
+    void palettePressed(int button, int shift, float x, float y);
+    void paletteMoved(int buttons, int shift, float x, float y);
+    void paletteReleased(int button, int shift, float x, float y);
+    void scrollDrag();
+    void dragSelection(float x, float y);
+    void startSelection(std::uint32_t colour);
+    void copySelection();
+    void fillSelection();
+    void recordStep(const char* name);
+    // The level cell under a view position.
+    QPoint levelCellAt(float x, float y) const;
+    QPoint paletteCellAt(float x, float y) const;
+    void showCellStatus();
+
     SharedObjects& shared_;
     MainDialogs dialogs_;
 
@@ -149,6 +186,9 @@ private:
     float mouseX_ = 0.0F;
     float mouseY_ = 0.0F;
     bool pointerOverLevel_ = false;
+    // Where the screen cursor stays during a scroll drag.
+    QPoint dragStart_;
+    TickClock tickClock_ = steadyTicks;
 
     bool alphaBlending_ = true;
     bool autoPlaceSpecials_ = true;
