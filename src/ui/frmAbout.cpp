@@ -18,32 +18,34 @@
 namespace marvek {
 namespace {
 
-constexpr std::array<std::string_view, 22> credits{
+// At most 28 characters a line, which fill the view in the 8-pixel font.
+constexpr std::array<std::string_view, 23> credits{
     "MARVEK",
     "",
     "A LEVEL EDITOR FOR",
-    "THORNWICK ON THE AMIGA CD32",
+    "THORNWICK, AMIGA CD32",
     "",
     "VERSION 0.1.0",
     "",
     "PROGRAMMING",
     "THE MARVEK DEVELOPERS",
     "",
-    "SAMPLE WORLDS, FONTS AND PICTURES",
-    "DRAWN BY THE PROJECT'S OWN CODE",
+    "SAMPLE WORLDS, FONTS",
+    "AND PICTURES DRAWN BY",
+    "THE PROJECT'S OWN CODE",
     "",
     "BUILT WITH C++20 AND QT 6",
     "",
-    "THORNWICK BELONGS TO ITS MAKERS.",
-    "MARVEK IS A FAN'S TOOL AND IS",
-    "NOT CONNECTED WITH THEM.",
+    "THORNWICK BELONGS TO",
+    "ITS MAKERS. MARVEK IS A",
+    "FAN'S TOOL, NOT THEIRS.",
     "",
     "",
-    "THANK YOU FOR BUILDING LEVELS!",
-    "",
+    "THANK YOU FOR BUILDING",
+    "LEVELS!",
 };
-constexpr int viewWidth = 360;
-constexpr int viewHeight = 220;
+constexpr int viewWidth = 448;
+constexpr int viewHeight = 260;
 // The font's small glyphs are shown at twice their size.
 constexpr int scale = 2;
 constexpr int tickMilliseconds = 30;
