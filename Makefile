@@ -4,7 +4,7 @@ FUZZ_SECONDS ?= 60
 GENERATOR := $(shell command -v ninja >/dev/null 2>&1 && echo -G Ninja)
 CTEST := ctest --output-on-failure -j $(JOBS)
 
-.PHONY: deps build test test-asan bench fuzz format clean
+.PHONY: deps build run test test-asan bench fuzz format clean
 
 deps:
 	@scripts/install-deps
@@ -12,6 +12,17 @@ deps:
 build: deps
 	cmake -S . -B build $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo
 	cmake --build build -j $(JOBS)
+
+# Starts the editor from build/bin, where it keeps its settings (marvek.cfg).
+run:
+	@if [ -z "$${DISPLAY:-}$${WAYLAND_DISPLAY:-}" ] && [ -z "$${QT_QPA_PLATFORM:-}" ]; then \
+		echo "make run: the editor is a desktop program and needs a display;" >&2; \
+		echo "make run: none is set (DISPLAY or WAYLAND_DISPLAY). Start it from a desktop session," >&2; \
+		echo "make run: or under a virtual one: xvfb-run make run" >&2; \
+		exit 1; \
+	fi
+	@$(MAKE) --no-print-directory build
+	build/bin/marvek
 
 test: build
 	$(CTEST) --test-dir build
@@ -24,9 +35,10 @@ test-asan: deps
 
 bench: deps
 	cmake -S . -B build-release $(GENERATOR) -DCMAKE_BUILD_TYPE=Release -DMARVEK_TESTS=OFF
-	cmake --build build-release -j $(JOBS) --target marvek-bench marvek-tool marvek_resources
+	cmake --build build-release -j $(JOBS) --target marvek-bench marvek-bench-view marvek-tool marvek_resources
 	build-release/bin/marvek-bench --benchmark_counters_tabular=true
 	build-release/bin/marvek-tool bench
+	build-release/bin/marvek-bench-view
 
 fuzz: deps
 	CC=clang CXX=clang++ cmake -S . -B build-fuzz $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DMARVEK_FUZZ=ON

@@ -37,8 +37,12 @@ bool clsBackBuffer::Create(std::int32_t width, std::int32_t height, std::int32_t
         return false;
     }
     try {
-        pixels_.assign(
-            static_cast<std::size_t>(zoomedWidth) * static_cast<std::size_t>(zoomedHeight), 0);
+        // At zoom 1 the surface's own pixels are shown; only a zoomed picture
+        // needs memory of its own.
+        if (zoom > 1) {
+            pixels_.assign(
+                static_cast<std::size_t>(zoomedWidth) * static_cast<std::size_t>(zoomedHeight), 0);
+        }
     } catch (const std::bad_alloc&) {
         return false;
     } catch (const std::length_error&) {
@@ -66,15 +70,16 @@ void clsBackBuffer::Present(clsPresentTarget& target) {
     }
     switch (zoom_) {
     case 1:
-        surfaceCopyToBitmap(surface_.get(), pixels_.data());
+        // The surface already has the shown layout: nothing to copy.
+        target.present(surfaceGetDataPtr(surface_.get()), bitmapWidth_, bitmapHeight_);
         break;
     case 2:
         surfaceCopyToBitmapDouble(surface_.get(), pixels_.data(), bitmapWidth_, bitmapHeight_);
+        target.present(pixels_.data(), bitmapWidth_, bitmapHeight_);
         break;
     default:
-        return;
+        break;
     }
-    target.present(pixels_.data(), bitmapWidth_, bitmapHeight_);
 }
 
 } // namespace marvek

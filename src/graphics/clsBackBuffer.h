@@ -11,8 +11,8 @@ namespace marvek {
 
 // The off-screen image a frame is drawn into (a native surface at level
 // size) and the zoomed pixel memory it is shown from. The memory has the
-// surface's own layout (top-down, 32 bits, blue, green, red, alpha), so
-// zoom 1 is a single block copy.
+// surface's own layout (top-down, 32 bits, blue, green, red, alpha), so at
+// zoom 1 the surface's pixels are shown as they are.
 class clsBackBuffer {
 public:
     clsBackBuffer() = default;
@@ -29,8 +29,10 @@ public:
     // Create with the new size and the current zoom.
     bool Resize(std::int32_t width, std::int32_t height);
     void Clear();
-    // Zoom 1 and 2 copy the surface into the pixel memory and hand it to the
-    // target; any other zoom shows nothing. Allocates nothing.
+    // Zoom 1 hands the surface's own pixels to the target; zoom 2 doubles
+    // them into the pixel memory first; any other zoom shows nothing. The
+    // pixels stay where they are until the buffer is made anew, so a target
+    // may keep showing them. Allocates nothing.
     void Present(clsPresentTarget& target);
 
     bool isUsable() const noexcept { return static_cast<bool>(surface_); }
@@ -40,7 +42,6 @@ public:
     std::int32_t zoom() const noexcept { return zoom_; }
     std::int32_t bitmapWidth() const noexcept { return bitmapWidth_; }
     std::int32_t bitmapHeight() const noexcept { return bitmapHeight_; }
-    std::span<const std::uint32_t> pixels() const noexcept { return pixels_; }
 
 private:
     void release() noexcept;

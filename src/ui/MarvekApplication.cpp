@@ -28,7 +28,7 @@ void MarvekApplication::failed(const QString& description) {
     }
     failing_ = true;
     errorHandler_(description);
-    exit(1);
+    failing_ = false;
 }
 
 } // namespace marvek

@@ -12,7 +12,8 @@ class MarvekApplication : public QApplication {
     Q_OBJECT
 
 public:
-    // Told the error's description; it keeps what it can and ends the program.
+    // Told the error's description; it keeps what it can and ends the
+    // program. Without one, an error ends the program at once.
     using ErrorHandler = std::function<void(const QString& description)>;
 
     MarvekApplication(int& argc, char** argv);

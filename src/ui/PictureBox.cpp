@@ -50,6 +50,11 @@ void PictureBox::present(const std::uint32_t* pixels, std::int32_t width, std::i
     update();
 }
 
+void PictureBox::clear() {
+    image_ = QImage();
+    update();
+}
+
 void PictureBox::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.fillRect(rect().adjusted(border, border, -border, -border), Qt::black);

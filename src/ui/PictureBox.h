@@ -19,6 +19,9 @@ public:
     explicit PictureBox(QWidget* parent = nullptr);
 
     void present(const std::uint32_t* pixels, std::int32_t width, std::int32_t height) override;
+    // Forgets the presented pixels: call before the back buffer that owns
+    // them is made anew.
+    void clear();
     // What the box shows now (empty before the first present).
     const QImage& image() const noexcept { return image_; }
 

@@ -26,6 +26,8 @@ UpDown::UpDown(QLineEdit& buddy, int minimum, int maximum, QWidget* parent)
     lineEdit()->setReadOnly(true);
     lineEdit()->setFocusPolicy(Qt::NoFocus);
     setFocusPolicy(Qt::NoFocus);
+    setFrame(false);
+    setFixedWidth(sizeHint().width());
     connect(&buddy_, &QLineEdit::textChanged, this, [this] { update(); });
 }
 
@@ -50,7 +52,7 @@ QAbstractSpinBox::StepEnabled UpDown::stepEnabled() const {
 
 QSize UpDown::sizeHint() const {
     const QSize full = QAbstractSpinBox::sizeHint();
-    return {18, full.height()};
+    return {16, full.height()};
 }
 
 } // namespace marvek

@@ -13,7 +13,9 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <string>
 
 class QAction;
 class QScrollBar;
@@ -22,6 +24,7 @@ class QTabBar;
 namespace marvek {
 
 struct OpenedLevel;
+class clsLevel;
 struct SharedObjects;
 class clsSpecial;
 class frmAbout;
@@ -86,6 +89,10 @@ public:
     const clsRectangle& selection() const noexcept { return selection_; }
     bool selectionVisible() const noexcept { return selectionVisible_; }
     const clsRectangle& paletteSelection() const noexcept { return paletteSelection_; }
+
+    // Every change to the level goes through here: an undo step called
+    // stepName, the change, the level marked modified, the view redrawn.
+    void editLevel(const std::string& stepName, const std::function<void(clsLevel&)>& change);
 
     // The file commands, as the menu runs them. Each returns true when it
     // went through (false: cancelled or failed, and the user was told).

@@ -116,6 +116,17 @@ bool frmMain::fileSaveAs() {
     return true;
 }
 
+void frmMain::editLevel(const std::string& stepName, const std::function<void(clsLevel&)>& change) {
+    if (!opened_) {
+        return;
+    }
+    history_.record(opened_->level, stepName);
+    change(opened_->level);
+    opened_->level.modified = true;
+    updateCommands();
+    renderLevel();
+}
+
 void frmMain::editUndo() {
     releaseModifiers();
     if (opened_ && !history_.undo(opened_->level).empty()) {

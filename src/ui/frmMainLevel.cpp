@@ -144,6 +144,8 @@ void frmMain::createBuffers() {
     }
     const std::int32_t z = zoomFactor();
     const clsLevel& level = opened_->level;
+    picLevel_->clear();
+    picPalette_->clear();
     levelBuffer_.Create(rounded(double(picLevel_->width() - 4) / z),
                         rounded(double(picLevel_->height() - 4) / z), z);
     paletteBuffer_.Create(picPalette_->width() - 4, picPalette_->height() - 4, 1);

@@ -1,5 +1,6 @@
 // marvek: the level editor.
 #include "app/SharedObjects.h"
+#include "app/modMain.h"
 #include "app/qtPaths.h"
 #include "ui/EditorWindows.h"
 #include "ui/MarvekApplication.h"

@@ -43,8 +43,8 @@ protected:
         auto dialogs = std::make_unique<ScriptedCommonDialog>();
         messages_ = messages.get();
         dialogs_ = dialogs.get();
-        shared_ = std::make_unique<SharedObjects>(appFolder(), std::move(dialogs),
-                                                  std::move(messages));
+        shared_ =
+            std::make_unique<SharedObjects>(appFolder(), std::move(dialogs), std::move(messages));
         windows_ = std::make_unique<EditorWindows>(*shared_);
     }
 
@@ -56,11 +56,13 @@ protected:
     // A settings file as the options dialog writes it.
     void writeSettings(const std::string& data, const std::string& level = "L1MA1",
                        const std::string& config = "world1") {
-        writeText(settingsFile(), "thornwickData = \"" + data + "\";\r\nmoveSensitivity = 10;\r\n"
-                                  "defaultLevel = \"" + level + "\";\r\ndefaultConfig = \"" +
-                                      config + "\";\r\neditorFont = \"game\";\r\n"
-                                  "alphaBlending = 1;\r\nundoLevels = 64;\r\n"
-                                  "autoPlaceSpecials = 1;\r\n");
+        writeText(settingsFile(), "thornwickData = \"" + data +
+                                      "\";\r\nmoveSensitivity = 10;\r\n"
+                                      "defaultLevel = \"" +
+                                      level + "\";\r\ndefaultConfig = \"" + config +
+                                      "\";\r\neditorFont = \"game\";\r\n"
+                                      "alphaBlending = 1;\r\nundoLevels = 64;\r\n"
+                                      "autoPlaceSpecials = 1;\r\n");
     }
 
     // Start-up with a working settings file; fails the test unless the
@@ -82,8 +84,8 @@ protected:
     // each in turn; a window shown again counts as a new one.
     static void answerModals(std::vector<std::function<void(QWidget&)>> actions) {
         auto* timer = new QTimer(qApp); // NOLINT: deletes itself when done
-        auto pending = std::make_shared<std::vector<std::function<void(QWidget&)>>>(
-            std::move(actions));
+        auto pending =
+            std::make_shared<std::vector<std::function<void(QWidget&)>>>(std::move(actions));
         auto handled = std::make_shared<QPointer<QWidget>>();
         QObject::connect(timer, &QTimer::timeout, [timer, pending, handled] {
             QWidget* modal = QApplication::activeModalWidget();

@@ -100,7 +100,8 @@ TEST_F(Startup, ABrokenSettingsFileIsFatalAndLeftAlone) {
     writeText(settingsFile(), "thornwickData = \"" + dataFolder().string() + "\";\r\n");
     EXPECT_EQ(startProgram(*shared_, *windows_), exitFailed);
     ASSERT_EQ(messages_->fatal.size(), 2U);
-    EXPECT_TRUE(messages_->fatal[1].contains("\"editorFont\"")) << messages_->fatal[1].toStdString();
+    EXPECT_TRUE(messages_->fatal[1].contains("\"editorFont\""))
+        << messages_->fatal[1].toStdString();
 }
 
 TEST_F(Startup, ADefaultLevelThatDoesNotLoadSaysSoAndEnds) {
@@ -108,8 +109,8 @@ TEST_F(Startup, ADefaultLevelThatDoesNotLoadSaysSoAndEnds) {
     EXPECT_EQ(startProgram(*shared_, *windows_), exitFailed);
     ASSERT_EQ(messages_->shown.size(), 1U);
     const QString text = messages_->shown[0].text;
-    EXPECT_TRUE(text.startsWith(
-        "The default level is invalid and cannot be loaded. Please reconfigure."));
+    EXPECT_TRUE(
+        text.startsWith("The default level is invalid and cannot be loaded. Please reconfigure."));
     EXPECT_TRUE(text.contains("L9MA9")) << "the message names the file";
     EXPECT_EQ(messages_->shown[0].style, messageStyle::exclamation);
     EXPECT_EQ(windows_->mainWindow(), nullptr);

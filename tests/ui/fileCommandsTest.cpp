@@ -1,0 +1,243 @@
+#include "EditorFixture.h"
+
+#include "data/clsLevel.h"
+#include "io/packedFile.h"
+#include "ui/MarvekApplication.h"
+#include "ui/frmStatus.h"
+
+#include <QAction>
+#include <QPushButton>
+
+namespace marvek::test {
+namespace {
+
+using FileCommands = EditorFixture;
+
+void run(QWidget& window, const char* command) {
+    auto* action = window.findChild<QAction*>(command);
+    if (action == nullptr) {
+        throw std::runtime_error(std::string("no command ") + command);
+    }
+    action->trigger();
+}
+
+std::vector<std::uint8_t> unpacked(const fs::path& file) {
+    const ExplodeResult result = explodeFile(file);
+    if (!result.buffer) {
+        throw std::runtime_error(file.string() + ": " + result.failure);
+    }
+    const auto data = result.buffer->data();
+    return {data.begin(), data.end()};
+}
+
+std::string magic(const fs::path& file) {
+    const auto bytes = readBytes(file);
+    return {bytes.begin(), bytes.begin() + 4};
+}
+
+void paintCorner(frmMain& window, std::int16_t tile) {
+    window.editLevel("Paint", [tile](clsLevel& level) { level.cellAt(0, 0).tile = tile; });
+}
+
+void clickOkOnOpenLevel(QWidget& dialog) {
+    EXPECT_EQ(dialog.objectName(), "frmOpenLevel");
+    dialog.findChild<QPushButton*>("cmdOk")->click();
+}
+
+TEST_F(FileCommands, SavingAnUnchangedLevelKeepsItsBytesAndMagic) {
+    const fs::path file = dataFolder() / "L1MA1";
+    const auto before = unpacked(file);
+    const std::string magicBefore = magic(file);
+    frmMain& window = startEditor();
+    run(window, "itmFileSave");
+    EXPECT_TRUE(messages_->shown.empty());
+    EXPECT_EQ(unpacked(file), before);
+    EXPECT_EQ(magic(file), magicBefore);
+    EXPECT_TRUE(dialogs_->fileRequests.empty()) << "a named level saves without asking";
+}
+
+TEST_F(FileCommands, SaveAsWritesTheNewFileAndFollowsIt) {
+    frmMain& window = startEditor();
+    paintCorner(window, 7);
+    EXPECT_TRUE(window.isWindowModified());
+    const fs::path copy = dataFolder() / "L1MA9";
+    dialogs_->fileAnswers = {{toQString(copy)}};
+    run(window, "itmFileSaveAs");
+    ASSERT_EQ(dialogs_->fileRequests.size(), 1U);
+    const auto& request = dialogs_->fileRequests[0];
+    EXPECT_EQ(request.title, "Save Thornwick Level As");
+    EXPECT_EQ(request.filters, QStringList{"All files (*)"});
+    EXPECT_EQ(request.flags, 0x8006);
+    EXPECT_EQ(request.initialName, "L1MA1");
+    EXPECT_EQ(magic(copy), "IMP!") << "a new file gets IMP!";
+    EXPECT_EQ(unpacked(copy)[0], 'W');
+    EXPECT_FALSE(window.isWindowModified());
+    EXPECT_EQ(window.windowTitle(), "Marvek - L1MA9[*]");
+    EXPECT_EQ(window.openedLevel()->level.fileName, copy.string());
+}
+
+TEST_F(FileCommands, AFailedSaveNamesTheFileAndKeepsTheLevelModified) {
+    frmMain& window = startEditor();
+    paintCorner(window, 7);
+    const fs::path nowhere = dataFolder() / "missing" / "L1MA1";
+    dialogs_->fileAnswers = {{toQString(nowhere)}};
+    run(window, "itmFileSaveAs");
+    ASSERT_EQ(messages_->shown.size(), 1U);
+    EXPECT_TRUE(messages_->shown[0].text.contains(toQString(nowhere)));
+    EXPECT_EQ(messages_->shown[0].style, messageStyle::exclamation);
+    EXPECT_TRUE(window.openedLevel()->level.modified);
+    EXPECT_TRUE(window.isWindowModified());
+    EXPECT_EQ(window.openedLevel()->level.fileName, (dataFolder() / "L1MA1").string())
+        << "Save goes on meaning the level's own file";
+}
+
+TEST_F(FileCommands, OpenAsksAboutChangesAndHonoursEachAnswer) {
+    frmMain& window = startEditor();
+    const fs::path second = dataFolder() / "L1MA2";
+    const auto savedFirst = unpacked(dataFolder() / "L1MA1");
+
+    // Cancel: nothing is asked for and nothing changes.
+    paintCorner(window, 9);
+    messages_->answers = {messageAnswer::cancel};
+    EXPECT_FALSE(window.fileOpen());
+    EXPECT_TRUE(dialogs_->fileRequests.empty());
+    EXPECT_EQ(window.openedLevel()->level.cellAt(0, 0).tile, 9);
+
+    // No: the other level opens and the change is dropped.
+    messages_->answers = {messageAnswer::no};
+    dialogs_->fileAnswers = {{toQString(second)}};
+    whenModal(clickOkOnOpenLevel);
+    EXPECT_TRUE(window.fileOpen());
+    EXPECT_EQ(messages_->shown.back().text,
+              "The level has been modified since you last saved it. Do you want to save it first "
+              "before loading another?");
+    EXPECT_EQ(messages_->shown.back().style, messageStyle::yesNoCancelQuestion);
+    const auto& request = dialogs_->fileRequests.back();
+    EXPECT_EQ(request.title, "Open Thornwick level");
+    EXPECT_EQ(request.flags, 0x281204);
+    EXPECT_EQ(window.windowTitle(), "Marvek - L1MA2[*]");
+    EXPECT_EQ(unpacked(dataFolder() / "L1MA1"), savedFirst);
+    EXPECT_FALSE(window.history().nextUndo().size()) << "a new level starts a new history";
+
+    // Yes: the change is saved before the next level opens.
+    paintCorner(window, 11);
+    messages_->answers = {messageAnswer::yes};
+    dialogs_->fileAnswers = {{toQString(dataFolder() / "L1MA1")}};
+    whenModal(clickOkOnOpenLevel);
+    EXPECT_TRUE(window.fileOpen());
+    EXPECT_EQ(window.windowTitle(), "Marvek - L1MA1[*]");
+    clsLevel reread;
+    clsPalette palette;
+    auto stream = getFileBits(second);
+    ASSERT_TRUE(reread.loadFromBits(stream, palette));
+    EXPECT_EQ(reread.cellAt(0, 0).tile, 11);
+}
+
+TEST_F(FileCommands, AFailedOpenKeepsTheLevelItsEditsAndItsHistory) {
+    frmMain& window = startEditor();
+    paintCorner(window, 5);
+    const OpenedLevel* before = window.openedLevel();
+    messages_->answers = {messageAnswer::no};
+    const fs::path notALevel = dataFolder() / "MPIC";
+    dialogs_->fileAnswers = {{toQString(notALevel)}};
+    whenModal(clickOkOnOpenLevel);
+    EXPECT_FALSE(window.fileOpen());
+    ASSERT_FALSE(messages_->shown.empty());
+    EXPECT_TRUE(messages_->shown.back().text.contains(toQString(notALevel)))
+        << messages_->shown.back().text.toStdString();
+    EXPECT_EQ(window.openedLevel(), before);
+    EXPECT_EQ(window.openedLevel()->level.cellAt(0, 0).tile, 5);
+    EXPECT_TRUE(window.isEnabled());
+    EXPECT_FALSE(windows_->status()->isVisible());
+    EXPECT_EQ(window.history().nextUndo(), "Paint");
+    run(window, "itmEditUndo");
+    EXPECT_NE(window.openedLevel()->level.cellAt(0, 0).tile, 5) << "the history still fits";
+    EXPECT_EQ(window.history().nextRedo(), "Paint");
+    run(window, "itmEditRedo");
+    EXPECT_EQ(window.openedLevel()->level.cellAt(0, 0).tile, 5);
+}
+
+TEST_F(FileCommands, UndoAndRedoNameTheirStepAndAreOffWhenEmpty) {
+    frmMain& window = startEditor();
+    auto* undo = window.findChild<QAction*>("itmEditUndo");
+    auto* redo = window.findChild<QAction*>("itmEditRedo");
+    EXPECT_FALSE(undo->isEnabled());
+    EXPECT_FALSE(redo->isEnabled());
+    paintCorner(window, 3);
+    EXPECT_TRUE(undo->isEnabled());
+    EXPECT_EQ(undo->text(), "&Undo Paint");
+    EXPECT_EQ(undo->shortcut(), QKeySequence("Ctrl+Z"));
+    EXPECT_EQ(redo->shortcuts(),
+              (QList<QKeySequence>{QKeySequence("Ctrl+Y"), QKeySequence("Ctrl+Shift+Z")}));
+    undo->trigger();
+    EXPECT_FALSE(undo->isEnabled());
+    EXPECT_EQ(redo->text(), "&Redo Paint");
+}
+
+TEST_F(FileCommands, ClosingAsksAndOnlyAFinishedSaveLetsGo) {
+    frmMain& window = startEditor();
+    paintCorner(window, 4);
+    messages_->answers = {messageAnswer::cancel};
+    EXPECT_FALSE(window.close());
+    EXPECT_EQ(messages_->shown.back().text,
+              "The level has been modified since you last saved it. Do you want to save it "
+              "before quitting?");
+
+    // Yes with a save that fails keeps the window open and the work.
+    const fs::path file = dataFolder() / "L1MA1";
+    const fs::path aside = dataFolder() / "aside";
+    fs::rename(file, aside);
+    fs::create_directory(file);
+    messages_->answers = {messageAnswer::yes};
+    EXPECT_FALSE(window.close());
+    EXPECT_TRUE(window.openedLevel()->level.modified);
+    EXPECT_EQ(messages_->shown.back().style, messageStyle::exclamation);
+    fs::remove(file);
+    fs::rename(aside, file);
+
+    messages_->answers = {messageAnswer::yes};
+    EXPECT_TRUE(window.close());
+    EXPECT_FALSE(window.openedLevel()->level.modified);
+}
+
+TEST_F(FileCommands, ClosingWithoutSavingAnswersNo) {
+    frmMain& window = startEditor();
+    const auto before = unpacked(dataFolder() / "L1MA1");
+    paintCorner(window, 4);
+    messages_->answers = {messageAnswer::no};
+    EXPECT_TRUE(window.close());
+    EXPECT_EQ(unpacked(dataFolder() / "L1MA1"), before);
+}
+
+TEST_F(FileCommands, AnUnexpectedErrorKeepsTheUnsavedLevelBesideIt) {
+    frmMain& window = startEditor();
+    EXPECT_TRUE(window.keepUnsavedWork().isEmpty()) << "nothing to keep";
+    paintCorner(window, 6);
+    const auto original = readBytes(dataFolder() / "L1MA1");
+
+    auto& application = static_cast<MarvekApplication&>(*QCoreApplication::instance());
+    QString shown;
+    application.setErrorHandler([&](const QString& description) {
+        shown = description + "\n\n" + window.keepUnsavedWork();
+    });
+    class Failing : public QObject {
+    protected:
+        bool event(QEvent*) override { throw std::runtime_error("something broke"); }
+    } failing;
+    QEvent event(QEvent::User);
+    QCoreApplication::sendEvent(&failing, &event);
+    application.setErrorHandler({});
+
+    const fs::path kept = dataFolder() / "L1MA1.recovered";
+    EXPECT_TRUE(shown.contains("something broke"));
+    EXPECT_TRUE(shown.contains(toQString(kept))) << shown.toStdString();
+    clsLevel recovered;
+    clsPalette palette;
+    auto stream = getFileBits(kept);
+    ASSERT_TRUE(recovered.loadFromBits(stream, palette));
+    EXPECT_EQ(recovered.cellAt(0, 0).tile, 6);
+    EXPECT_EQ(readBytes(dataFolder() / "L1MA1"), original) << "never over the level itself";
+}
+
+} // namespace
+} // namespace marvek::test

@@ -1,0 +1,176 @@
+#include "EditorFixture.h"
+
+#include "data/clsRenderOptions.h"
+#include "ui/PictureBox.h"
+
+#include <QScrollBar>
+#include <QTabBar>
+#include <QTest>
+
+#include <cmath>
+#include <set>
+
+namespace marvek::test {
+namespace {
+
+using MainWindow = EditorFixture;
+
+template <typename Widget> Widget& child(QWidget& window, const char* name) {
+    auto* found = window.findChild<Widget*>(name);
+    if (found == nullptr) {
+        throw std::runtime_error(std::string("no control ") + name);
+    }
+    return *found;
+}
+
+void typeKey(QWidget& window, char key) {
+    QTest::keyClick(&window, key);
+}
+
+void turnWheel(QWidget& widget, int delta) {
+    QWheelEvent event(QPointF(10, 10), widget.mapToGlobal(QPointF(10, 10)), QPoint(),
+                      QPoint(0, delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&widget, &event);
+}
+
+TEST_F(MainWindow, OpensWithTilesAtZoomTwoAndTheTilePalette) {
+    frmMain& window = startEditor();
+    EXPECT_EQ(window.mode(), frmMain::tilesMode);
+    EXPECT_EQ(window.renderFlags(), 13) << "tiles, oversize marks and outlines";
+    const auto& level = child<PictureBox>(window, "picLevel");
+    EXPECT_EQ(window.levelBuffer().zoom(), 2);
+    EXPECT_EQ(window.levelBuffer().width(), (level.width() - 4) / 2);
+    // The level view shows the buffer's pixels, which are drawn.
+    ASSERT_FALSE(level.image().isNull());
+    EXPECT_EQ(level.image().width(), window.levelBuffer().bitmapWidth());
+    std::set<QRgb> colours;
+    for (int y = 0; y < level.image().height(); y += 7) {
+        for (int x = 0; x < level.image().width(); x += 7) {
+            colours.insert(level.image().pixel(x, y));
+        }
+    }
+    EXPECT_GT(colours.size(), 8U) << "the level is drawn, not a blank box";
+    const auto& palette = child<PictureBox>(window, "picPalette");
+    EXPECT_EQ(palette.image().width(), palette.width() - 4);
+}
+
+TEST_F(MainWindow, KeysToggleWhatIsDrawnInEitherCase) {
+    frmMain& window = startEditor();
+    const std::int32_t start = window.renderFlags();
+    for (const auto& [key, flag] : std::vector<std::pair<char, std::int32_t>>{
+             {'b', 8}, {'B', 8}, {'o', 4}, {'O', 4}, {'u', 16}, {'U', 16}}) {
+        typeKey(window, key);
+        EXPECT_EQ(window.renderFlags(), start ^ flag) << key;
+        typeKey(window, key);
+        EXPECT_EQ(window.renderFlags(), start) << key;
+    }
+    typeKey(window, 'x');
+    typeKey(window, '1');
+    EXPECT_EQ(window.renderFlags(), start) << "other keys do nothing";
+
+    // The grid spaces cells 17 pixels apart and the view's limits follow.
+    const std::int32_t levelWidth = window.openedLevel()->level.width;
+    typeKey(window, 'g');
+    EXPECT_EQ(window.renderFlags() & 32, 32);
+    EXPECT_EQ(window.openedLevel()->level.tileSpacing, 17);
+    EXPECT_EQ(window.levelCamera().levelWidth, levelWidth * 17);
+    typeKey(window, 'G');
+    EXPECT_EQ(window.openedLevel()->level.tileSpacing, 16);
+    EXPECT_EQ(window.levelCamera().levelWidth, levelWidth * 16);
+}
+
+TEST_F(MainWindow, ZoomTwiceRestoresTheBufferAndKeepsTheCameraInside) {
+    frmMain& window = startEditor();
+    const auto width = window.levelBuffer().width();
+    const auto height = window.levelBuffer().height();
+    typeKey(window, 'z');
+    EXPECT_FALSE(window.zoomed());
+    EXPECT_EQ(window.levelBuffer().zoom(), 1);
+    EXPECT_NEAR(window.levelBuffer().width(), width * 2, 1);
+    typeKey(window, 'Z');
+    EXPECT_EQ(window.levelBuffer().width(), width);
+    EXPECT_EQ(window.levelBuffer().height(), height);
+    const clsCamera& camera = window.levelCamera();
+    EXPECT_GE(camera.x, 0);
+    EXPECT_LE(camera.x + camera.viewWidth, camera.levelWidth);
+}
+
+TEST_F(MainWindow, TabsAndTheirKeysSwitchTheModeAndThePalette) {
+    frmMain& window = startEditor();
+    auto& tabs = child<QTabBar>(window, "tabMode");
+    auto& scroll = child<QScrollBar>(window, "scrlPalette");
+    const int tileMaximum = scroll.maximum();
+    typeKey(window, 's');
+    EXPECT_EQ(tabs.currentIndex(), 1);
+    EXPECT_EQ(window.mode(), frmMain::specialsMode);
+    EXPECT_EQ(window.renderFlags() & 3, 3) << "specials are drawn";
+    const int specialsHeight = window.openedLevel()->specialSet.paletteHeight();
+    EXPECT_EQ(scroll.maximum(),
+              std::max(0, specialsHeight - child<PictureBox>(window, "picPalette").height()));
+    typeKey(window, 'T');
+    EXPECT_EQ(window.mode(), frmMain::tilesMode);
+    EXPECT_EQ(window.renderFlags() & 3, 1);
+    EXPECT_EQ(scroll.maximum(), tileMaximum);
+
+    // Holding Shift shows the selection instead of the brush; the tab
+    // entering Tiles lets go of the Tiles flag only.
+    QTest::keyPress(&window, Qt::Key_Shift);
+    EXPECT_TRUE(window.tileModifierHeld());
+    EXPECT_TRUE(window.specialModifierHeld());
+    tabs.setCurrentIndex(1);
+    tabs.setCurrentIndex(0);
+    EXPECT_FALSE(window.tileModifierHeld());
+    EXPECT_FALSE(window.specialModifierHeld());
+    QTest::keyPress(&window, Qt::Key_Control);
+    QTest::keyRelease(&window, Qt::Key_Control);
+    EXPECT_FALSE(window.tileModifierHeld());
+    EXPECT_EQ(window.dragState(), 0);
+}
+
+TEST_F(MainWindow, TheWheelScrollsThePaletteWithinItsRangeAndNotTheLevel) {
+    frmMain& window = startEditor();
+    window.resize(1280, 160);
+    QApplication::processEvents();
+    auto& scroll = child<QScrollBar>(window, "scrlPalette");
+    ASSERT_GT(scroll.maximum(), 40) << "the tile palette is taller than its box";
+    auto& palette = child<PictureBox>(window, "picPalette");
+    turnWheel(palette, -120);
+    EXPECT_EQ(scroll.value(), 16) << "a notch of 120 is 16 pixels";
+    EXPECT_EQ(window.paletteCamera().y, 16);
+    turnWheel(palette, -60);
+    EXPECT_EQ(scroll.value(), 24);
+    turnWheel(palette, 12000);
+    EXPECT_EQ(scroll.value(), 0);
+    turnWheel(palette, -120000);
+    EXPECT_EQ(scroll.value(), scroll.maximum());
+
+    const clsCamera before = window.levelCamera();
+    turnWheel(child<PictureBox>(window, "picLevel"), -120);
+    EXPECT_EQ(window.levelCamera().x, before.x);
+    EXPECT_EQ(window.levelCamera().y, before.y);
+}
+
+TEST_F(MainWindow, ResizingLaysOutAndRebuildsTheViews) {
+    frmMain& window = startEditor();
+    window.resize(1000, 600);
+    QApplication::processEvents();
+    const auto& level = child<PictureBox>(window, "picLevel");
+    const auto& palette = child<PictureBox>(window, "picPalette");
+    const auto& scroll = child<QScrollBar>(window, "scrlPalette");
+    EXPECT_EQ(palette.x(), level.x() + level.width() + 4);
+    EXPECT_EQ(palette.height(), level.height());
+    EXPECT_EQ(palette.width(), 324);
+    EXPECT_EQ(scroll.x(), palette.x() + palette.width());
+    EXPECT_EQ(scroll.height(), palette.height() - 2);
+    EXPECT_EQ(window.levelBuffer().width(), (level.width() - 4) / 2);
+    // Half a pixel rounds to even.
+    EXPECT_EQ(window.levelBuffer().height(), std::lrint((level.height() - 4) / 2.0));
+    EXPECT_EQ(window.paletteBuffer().height(), palette.height() - 4);
+    const int narrow = level.width();
+    window.resize(1200, 600);
+    QApplication::processEvents();
+    EXPECT_EQ(level.width(), narrow + 200);
+}
+
+} // namespace
+} // namespace marvek::test
