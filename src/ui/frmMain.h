@@ -155,7 +155,8 @@ private:
     void startSelection(std::uint32_t colour);
     void copySelection();
     void fillSelection();
-    void recordStep(const char* name);
+    void paintBrush(float x, float y);
+    void placeSpecial(float x, float y);
     // The level cell under a view position.
     QPoint levelCellAt(float x, float y) const;
     QPoint paletteCellAt(float x, float y) const;

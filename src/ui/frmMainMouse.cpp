@@ -79,8 +79,7 @@ void frmMain::levelPressed(int button, int shift, float x, float y) {
         startSelection(createBGRA(0, 255, 0, 80));
     } else if (mode_ == tilesMode) {
         dragState_ = painting;
-        recordStep("Paint");
-        levelMoved(leftButton, shift, x, y);
+        editLevel("Paint", [&](clsLevel& /*level*/) { paintBrush(x, y); });
     } else if (shift == shiftMask) {
         const QPoint cell = levelCellAt(x, y);
         const clsLevel& level = opened_->level;
@@ -95,10 +94,8 @@ void frmMain::levelPressed(int button, int shift, float x, float y) {
         renderPalette();
     } else if (shift == 0) {
         dragState_ = placing;
-        recordStep("Place Special");
-        levelMoved(leftButton, shift, x, y);
+        editLevel("Place Special", [&](clsLevel& /*level*/) { placeSpecial(x, y); });
     }
-    updateCommands();
 }
 
 void frmMain::levelMoved(int buttons, int /*shift*/, float x, float y) {
@@ -112,19 +109,13 @@ void frmMain::levelMoved(int buttons, int /*shift*/, float x, float y) {
     if (dragState_ == scrolling) {
         scrollDrag();
     } else if (leftHeld && mode_ == tilesMode && dragState_ == painting) {
-        const std::int32_t z = zoomFactor();
-        opened_->level.placeSelectMap(brush_, rounded(double(x) / z), rounded(double(y) / z),
-                                      levelCamera_, autoPlaceSpecials_);
+        paintBrush(x, y);
         renderLevel();
     } else if (leftHeld &&
                ((dragState_ == copying && mode_ == tilesMode) || dragState_ == filling)) {
         dragSelection(x, y);
     } else if (leftHeld && mode_ == specialsMode && dragState_ == placing) {
-        const QPoint cell = levelCellAt(x, y);
-        clsLevel& level = opened_->level;
-        if (selectedSpecial_ != nullptr && level.contains(cell.x(), cell.y())) {
-            level.setSpecial(cell.x(), cell.y(), static_cast<std::uint8_t>(selectedSpecial_->Id));
-        }
+        placeSpecial(x, y);
         renderLevel();
     } else if (dragState_ == 0) {
         renderLevel();
@@ -144,7 +135,6 @@ void frmMain::levelReleased(int button, int /*shift*/, float /*x*/, float /*y*/)
     }
     picLevel_->unsetCursor();
     dragState_ = 0;
-    updateCommands();
     showCellStatus();
 }
 
@@ -154,6 +144,20 @@ void frmMain::levelLeft() {
         renderLevel();
     }
     statusBar()->clearMessage();
+}
+
+void frmMain::paintBrush(float x, float y) {
+    const std::int32_t z = zoomFactor();
+    opened_->level.placeSelectMap(brush_, rounded(double(x) / z), rounded(double(y) / z),
+                                  levelCamera_, autoPlaceSpecials_);
+}
+
+void frmMain::placeSpecial(float x, float y) {
+    const QPoint cell = levelCellAt(x, y);
+    clsLevel& level = opened_->level;
+    if (selectedSpecial_ != nullptr && level.contains(cell.x(), cell.y())) {
+        level.setSpecial(cell.x(), cell.y(), static_cast<std::uint8_t>(selectedSpecial_->Id));
+    }
 }
 
 void frmMain::scrollDrag() {
@@ -199,19 +203,15 @@ void frmMain::copySelection() {
 void frmMain::fillSelection() {
     releaseModifiers();
     selection_.Normalize();
-    clsLevel& level = opened_->level;
     if (mode_ == tilesMode) {
-        recordStep("Fill");
-        level.fillTileRectangle(brush_, selection_, autoPlaceSpecials_);
+        editLevel("Fill", [this](clsLevel& level) {
+            level.fillTileRectangle(brush_, selection_, autoPlaceSpecials_);
+        });
     } else if (selectedSpecial_ != nullptr) {
-        recordStep("Fill Specials");
-        level.fillSpecialRectangle(*selectedSpecial_, selection_);
+        editLevel("Fill Specials", [this](clsLevel& level) {
+            level.fillSpecialRectangle(*selectedSpecial_, selection_);
+        });
     }
-    renderLevel();
-}
-
-void frmMain::recordStep(const char* name) {
-    history_.record(opened_->level, name);
 }
 
 void frmMain::palettePressed(int button, int /*shift*/, float x, float y) {
