@@ -2,6 +2,7 @@
 
 #include "app/clsCommonDialog.h"
 #include "app/clsMessageBox.h"
+#include "app/clsScreenCursor.h"
 #include "app/clsUtils.h"
 #include "app/settings.h"
 #include "configuration/clsConfiguration.h"
@@ -28,6 +29,8 @@ struct SharedObjects {
     clsUtils utils;
     std::unique_ptr<clsCommonDialog> dialogs;
     std::unique_ptr<clsMessageBox> messages;
+    // Tests put a scripted one in its place.
+    std::unique_ptr<clsScreenCursor> cursor = std::make_unique<QtScreenCursor>();
     clsFont editorFont;
 };
 

@@ -46,6 +46,8 @@ int answerOf(int button) {
 
 int QtMessageBox::show(QWidget* owner, const QString& text, int style) {
     QMessageBox box(iconOf(style), applicationTitle, text, buttonsOf(style), owner);
+    // So that a result (the benchmark's) can be copied.
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     // Escape or the close button answer Cancel where there is one, else No.
     if ((style & 7) == 4) {
         box.setEscapeButton(QMessageBox::No);

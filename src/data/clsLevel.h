@@ -148,11 +148,12 @@ public:
                                const clsSpecial& special, std::int32_t pixelX, std::int32_t pixelY,
                                const clsRenderOptions& options) const;
     // The whole map at 16 pixels a cell (whatever tileSpacing is) with the
-    // specials whose tag is chosen; sprites and images marked noExport only
-    // with includeNoExport.
+    // specials whose tag is chosen and whose noExport is 0; with renderAll,
+    // every special the set defines. Never oversize marks, outlines or
+    // undefined IDs.
     void renderExportTo(clsBackBuffer& backBuffer, const clsTileSet& tileSet,
-                        const clsSpecialSet& specialSet, const TagChoice& tagChoice,
-                        bool includeNoExport, const clsRenderOptions& options) const;
+                        const clsSpecialSet& specialSet, const TagChoice& tagChoice, bool renderAll,
+                        const clsRenderOptions& options) const;
 
 private:
     // The cells in row-major order really are width x height.

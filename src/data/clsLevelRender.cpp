@@ -159,19 +159,17 @@ SpecialTable definedSpecials(const clsSpecialSet& specialSet) {
     return table;
 }
 
-bool hasPicture(SpecialKind kind) {
-    return kind == SpecialKind::sprite || kind == SpecialKind::image;
-}
-
+// Without renderAll a special needs its tag chosen and noExport 0, whatever
+// its kind; renderAll draws every special the set defines.
 SpecialTable exportedSpecials(const clsSpecialSet& specialSet, const TagChoice& tagChoice,
-                              bool includeNoExport) {
+                              bool renderAll) {
     SpecialTable table = definedSpecials(specialSet);
+    if (renderAll) {
+        return table;
+    }
     for (const clsSpecial*& special : table) {
-        if (special == nullptr) {
-            continue;
-        }
-        const bool leftOut = special->noExport != 0 && hasPicture(special->Kind);
-        if (!isTagChosen(tagChoice, special->Tag) || (leftOut && !includeNoExport)) {
+        if (special != nullptr &&
+            (special->noExport != 0 || !isTagChosen(tagChoice, special->Tag))) {
             special = nullptr;
         }
     }
@@ -259,7 +257,7 @@ void clsLevel::renderSelectedSpecial(clsBackBuffer& backBuffer, const clsCamera&
 
 void clsLevel::renderExportTo(clsBackBuffer& backBuffer, const clsTileSet& tileSet,
                               const clsSpecialSet& specialSet, const TagChoice& tagChoice,
-                              bool includeNoExport, const clsRenderOptions& options) const {
+                              bool renderAll, const clsRenderOptions& options) const {
     if (!gridIsConsistent() || !backBuffer.isUsable()) {
         return;
     }
@@ -267,7 +265,7 @@ void clsLevel::renderExportTo(clsBackBuffer& backBuffer, const clsTileSet& tileS
     constexpr std::int32_t cellSize = clsTileSet::tileSize;
     const ViewCells view = wholeMap(*this, cellSize);
     drawTiles(*this, view, tileSet, backBuffer.surface());
-    const SpecialTable table = exportedSpecials(specialSet, tagChoice, includeNoExport);
+    const SpecialTable table = exportedSpecials(specialSet, tagChoice, renderAll);
     drawSpecials(*this, view, {0, view.cols}, {0, view.rows},
                  SpecialPainter(backBuffer.surface(), cellSize, options), {table, {}, false});
 }

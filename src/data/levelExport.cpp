@@ -3,13 +3,14 @@
 #include "data/clsLevel.h"
 #include "graphics/clsBackBuffer.h"
 #include "graphics/clsBitmap.h"
+#include "graphics/pngFile.h"
 #include "io/FileError.h"
+#include "native/surface.h"
 #include "specials/clsSpecialSet.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <limits>
 #include <stdexcept>
 
 namespace marvek {
@@ -29,6 +30,17 @@ char lowerAscii(char c) {
     return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+bool endsWithIgnoringCase(std::string_view name, std::string_view extension) {
+    return name.size() >= extension.size() &&
+           std::ranges::equal(name.substr(name.size() - extension.size()), extension,
+                              [](char a, char b) { return lowerAscii(a) == b; });
+}
+
+constexpr std::int64_t cellPixels = 16;
+// The largest picture a surface can hold, in cells.
+constexpr std::int64_t largestSideCells = maxSurfaceSide / cellPixels;
+constexpr std::int64_t largestCells = maxSurfacePixels / (cellPixels * cellPixels);
+
 } // namespace
 
 TagChoice defaultTagChoice(const clsSpecialSet& specialSet) {
@@ -43,30 +55,46 @@ TagChoice defaultTagChoice(const clsSpecialSet& specialSet) {
 }
 
 std::string withBitmapExtension(std::string_view name) {
-    constexpr std::string_view extension = ".bmp";
-    const bool hasExtension =
-        name.size() >= extension.size() &&
-        std::ranges::equal(name.substr(name.size() - extension.size()), extension,
-                           [](char a, char b) { return lowerAscii(a) == b; });
     std::string result(name);
-    if (!hasExtension) {
-        result += extension;
+    if (!endsWithIgnoringCase(name, ".bmp")) {
+        result += ".bmp";
     }
     return result;
 }
 
+bool isPngName(std::string_view name) {
+    return endsWithIgnoringCase(name, ".png");
+}
+
+std::string exportFileName(std::string_view name) {
+    return isPngName(name) ? std::string(name) : withBitmapExtension(name);
+}
+
+std::string exportSizeProblem(const clsLevel& level) {
+    const std::int64_t width = level.width;
+    const std::int64_t height = level.height;
+    if (width <= largestSideCells && height <= largestSideCells && width * height <= largestCells) {
+        return {};
+    }
+    return "The level is too large to export as one picture: its " + std::to_string(width) + " x " +
+           std::to_string(height) + " cells make " + std::to_string(width * cellPixels) + " x " +
+           std::to_string(height * cellPixels) +
+           " pixels. The largest level that can be exported has at most " +
+           std::to_string(largestSideCells) + " cells across and down and " +
+           std::to_string(largestCells) + " cells in all (" +
+           std::to_string(largestSideCells * cellPixels) + " pixels a side, " +
+           std::to_string(maxSurfacePixels) + " pixels in all).";
+}
+
 clsBackBuffer renderLevelExport(const clsLevel& level, const clsTileSet& tileSet,
                                 const clsSpecialSet& specialSet, const ExportChoice& choice) {
-    constexpr std::int64_t cell = 16;
-    const std::int64_t width = level.width * cell;
-    const std::int64_t height = level.height * cell;
+    if (const std::string problem = exportSizeProblem(level); !problem.empty()) {
+        throw std::runtime_error(problem);
+    }
     clsBackBuffer backBuffer;
-    constexpr std::int64_t largest = std::numeric_limits<std::int32_t>::max();
-    if (width > largest || height > largest ||
-        !backBuffer.Create(static_cast<std::int32_t>(width), static_cast<std::int32_t>(height),
-                           1)) {
-        throw std::runtime_error("cannot make a picture of " + std::to_string(width) + " x " +
-                                 std::to_string(height) + " pixels for the level");
+    if (!backBuffer.Create(static_cast<std::int32_t>(level.width * cellPixels),
+                           static_cast<std::int32_t>(level.height * cellPixels), 1)) {
+        throw std::runtime_error("there is not enough memory for a picture of the whole level");
     }
     level.renderExportTo(backBuffer, tileSet, specialSet, choice.tags, choice.renderAll,
                          choice.options);
@@ -79,6 +107,14 @@ void writeExportBitmap(const clsBackBuffer& backBuffer, const std::filesystem::p
         throw FileError(path, "there is no picture to write");
     }
     bitmap.writeToFile(path);
+}
+
+void writeExportPicture(const clsBackBuffer& backBuffer, const std::filesystem::path& path) {
+    if (isPngName(path.string())) {
+        writePngFile(backBuffer, path);
+    } else {
+        writeExportBitmap(backBuffer, path);
+    }
 }
 
 } // namespace marvek

@@ -2,6 +2,7 @@
 
 #include "graphics/clsBitmap.h"
 #include "graphics/pictureCodec.h"
+#include "graphics/pngFile.h"
 #include "io/FileError.h"
 #include "io/atomicWrite.h"
 #include "io/clsBitStream.h"
@@ -159,6 +160,14 @@ void importPicture(const std::filesystem::path& bitmapPath, const std::filesyste
         placePalette(bytes, pictureEnd(format), *bitmap.getPal(clsPalette::gamePlanes));
     }
     writePacked(bytes, target);
+}
+
+void writePictureFile(const clsSurface& picture, const std::filesystem::path& path) {
+    if (hasPngExtension(path.string())) {
+        writePngFile(picture, path);
+    } else {
+        writePictureBitmap(picture, path);
+    }
 }
 
 } // namespace marvek

@@ -36,6 +36,9 @@ std::string pictureExportName(std::string_view chosen);
 // The shown picture, with the palette it was drawn with, as an 8-bit BMP.
 // Throws FileError.
 void writePictureBitmap(const clsSurface& picture, const std::filesystem::path& path);
+// The browser's export: an indexed PNG for a name ending in ".png" (any
+// case), an 8-bit BMP for any other. Throws FileError.
+void writePictureFile(const clsSurface& picture, const std::filesystem::path& path);
 
 // Replaces the sub-images of a file with those of an 8-bit BMP, cut in
 // order from the grid of the format (as decodePicture places them), and

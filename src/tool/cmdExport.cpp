@@ -3,13 +3,11 @@
 #include "data/openLevel.h"
 #include "graphics/clsBackBuffer.h"
 #include "graphics/clsFont.h"
-#include "graphics/pictureFiles.h"
 #include "io/FileError.h"
 #include "io/findFile.h"
 #include "native/marvek.h"
 #include "tool/commands.h"
 #include "tool/executableFolder.h"
-#include "tool/png/pictureWriter.h"
 
 #include <cstdio>
 #include <optional>
@@ -46,23 +44,26 @@ bool takeOption(ExportArguments& parsed, const std::string& name, const std::str
 }
 
 std::optional<ExportArguments> parseArguments(const Arguments& arguments) {
-    const auto split = splitArguments(arguments, {"--all-specials"});
-    if (!split) {
-        return std::nullopt;
-    }
     ExportArguments parsed;
-    parsed.allSpecials = split->hasSwitch("--all-specials");
-    for (const auto& [name, value] : split->options) {
-        if (!takeOption(parsed, name, value)) {
-            return std::nullopt;
+    std::vector<std::string> positional;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& argument = arguments[i];
+        if (argument == "--all-specials") {
+            parsed.allSpecials = true;
+        } else if (argument.starts_with("--")) {
+            if (i + 1 == arguments.size() || !takeOption(parsed, argument, arguments[i + 1])) {
+                return std::nullopt;
+            }
+            ++i;
+        } else {
+            positional.push_back(argument);
         }
     }
-    if (split->positional.size() != 2 || parsed.dataFolder.empty() ||
-        parsed.configuration.empty()) {
+    if (positional.size() != 2 || parsed.dataFolder.empty() || parsed.configuration.empty()) {
         return std::nullopt;
     }
-    parsed.level = split->positional[0];
-    parsed.output = split->positional[1];
+    parsed.level = positional[0];
+    parsed.output = positional[1];
     return parsed;
 }
 
@@ -77,6 +78,14 @@ TagChoice tagChoiceFrom(const std::string& list) {
         start = comma + 1;
     }
     return choice;
+}
+
+std::string lowerExtension(const fs::path& path) {
+    std::string extension = path.extension().string();
+    for (char& c : extension) {
+        c = (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    return extension;
 }
 
 ExportChoice exportChoice(const ExportArguments& parsed, const clsSpecialSet& specialSet,
@@ -103,11 +112,7 @@ int exportLevel(const ExportArguments& parsed) {
     font.loadFromFile(findFile(parsed.applicationFolder, "fonts/game.bmp"));
     const clsBackBuffer picture = renderLevelExport(opened.level, opened.tileSet, opened.specialSet,
                                                     exportChoice(parsed, opened.specialSet, font));
-    if (extension == ".png") {
-        writePngFile(picture, parsed.output);
-    } else {
-        writeExportBitmap(picture, parsed.output);
-    }
+    writeExportPicture(picture, parsed.output);
     return 0;
 }
 

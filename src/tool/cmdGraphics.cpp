@@ -6,7 +6,6 @@
 #include "io/FileError.h"
 #include "tool/commands.h"
 #include "tool/executableFolder.h"
-#include "tool/png/pictureWriter.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,5 +1,7 @@
 #include "ui/EditorWindows.h"
 
+#include "ui/frmAbout.h"
+#include "ui/frmExportLevel.h"
 #include "ui/frmMain.h"
 #include "ui/frmOpenLevel.h"
 #include "ui/frmOptions.h"
@@ -21,7 +23,10 @@ bool EditorWindows::showOptions() {
 void EditorWindows::loadWindows() {
     status_ = std::make_unique<frmStatus>();
     openLevel_ = std::make_unique<frmOpenLevel>(shared_);
-    main_ = std::make_unique<frmMain>(shared_, MainDialogs{*status_, *openLevel_, *options_});
+    exportLevel_ = std::make_unique<frmExportLevel>();
+    about_ = std::make_unique<frmAbout>();
+    main_ = std::make_unique<frmMain>(
+        shared_, MainDialogs{*status_, *openLevel_, *options_, *exportLevel_, *about_});
 }
 
 bool EditorWindows::initialLoad() {
@@ -32,6 +37,8 @@ bool EditorWindows::initialLoad() {
 void EditorWindows::unloadWindows() {
     // The main window goes first: it refers to the others.
     main_.reset();
+    about_.reset();
+    exportLevel_.reset();
     openLevel_.reset();
     status_.reset();
 }

@@ -7,6 +7,8 @@
 namespace marvek {
 
 struct SharedObjects;
+class frmAbout;
+class frmExportLevel;
 class frmMain;
 class frmOpenLevel;
 class frmOptions;
@@ -36,6 +38,8 @@ private:
     std::unique_ptr<frmOptions> options_;
     std::unique_ptr<frmStatus> status_;
     std::unique_ptr<frmOpenLevel> openLevel_;
+    std::unique_ptr<frmExportLevel> exportLevel_;
+    std::unique_ptr<frmAbout> about_;
     std::unique_ptr<frmMain> main_;
 };
 

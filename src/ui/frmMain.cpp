@@ -70,21 +70,13 @@ void frmMain::buildWindow() {
     connect(tabMode_, &QTabBar::currentChanged, this, &frmMain::selectMode);
     connect(scrlPalette_, &QScrollBar::valueChanged, this, &frmMain::showPaletteScroll);
     connect(picPalette_, &PictureBox::wheelTurned, this, &frmMain::wheelOverPalette);
-    connect(picLevel_, &PictureBox::pointerMoved, this,
-            [this](int /*buttons*/, int /*shift*/, float x, float y) {
-                mouseX_ = std::nearbyint(x);
-                mouseY_ = std::nearbyint(y);
-                pointerOverLevel_ = true;
-                if (dragState_ == 0) {
-                    renderLevel();
-                }
-            });
-    connect(picLevel_, &PictureBox::pointerLeft, this, [this] {
-        pointerOverLevel_ = false;
-        if (dragState_ == 0) {
-            renderLevel();
-        }
-    });
+    connect(picLevel_, &PictureBox::pointerPressed, this, &frmMain::levelPressed);
+    connect(picLevel_, &PictureBox::pointerMoved, this, &frmMain::levelMoved);
+    connect(picLevel_, &PictureBox::pointerReleased, this, &frmMain::levelReleased);
+    connect(picLevel_, &PictureBox::pointerLeft, this, &frmMain::levelLeft);
+    connect(picPalette_, &PictureBox::pointerPressed, this, &frmMain::palettePressed);
+    connect(picPalette_, &PictureBox::pointerMoved, this, &frmMain::paletteMoved);
+    connect(picPalette_, &PictureBox::pointerReleased, this, &frmMain::paletteReleased);
 }
 
 QAction* frmMain::addCommand(QMenu& menu, const char* name, const QString& caption,
@@ -106,6 +98,8 @@ void frmMain::buildMenus() {
             this, [this] { fileSave(); });
     connect(addCommand(*file, "itmFileSaveAs", "Save &As...", QKeySequence("Ctrl+Shift+S")),
             &QAction::triggered, this, [this] { fileSaveAs(); });
+    connect(addCommand(*file, "itmFileExportBitmap", "&Export Bitmap..."), &QAction::triggered,
+            this, [this] { fileExportBitmap(); });
     file->addSeparator();
     connect(addCommand(*file, "itmFileExit", "E&xit", QKeySequence("Ctrl+Q")), &QAction::triggered,
             this, [this] {
@@ -125,6 +119,15 @@ void frmMain::buildMenus() {
     tools->setObjectName("mnuTools");
     connect(addCommand(*tools, "itmToolsOptions", "&Options..."), &QAction::triggered, this,
             &frmMain::toolsOptions);
+    connect(addCommand(*tools, "itmToolsBenchmark", "&Benchmark"), &QAction::triggered, this,
+            &frmMain::toolsBenchmark);
+
+    QMenu* help = menuBar()->addMenu("&Help");
+    help->setObjectName("mnuHelp");
+    connect(addCommand(*help, "itmAboutFAQ", "&Help Topics", QKeySequence::HelpContents),
+            &QAction::triggered, this, &frmMain::aboutFAQ);
+    connect(addCommand(*help, "itmHelpAbout", "&About Marvek..."), &QAction::triggered, this,
+            &frmMain::helpAbout);
 }
 
 void frmMain::resizeEvent(QResizeEvent* event) {

@@ -3,11 +3,13 @@
 #include "data/TileGrid.h"
 #include "data/UndoHistory.h"
 #include "data/clsRenderOptions.h"
+#include "data/editorBenchmark.h"
 #include "graphics/clsBackBuffer.h"
 #include "graphics/clsCamera.h"
 #include "graphics/clsRectangle.h"
 
 #include <QMainWindow>
+#include <QPoint>
 
 #include <cstdint>
 #include <filesystem>
@@ -25,6 +27,8 @@ struct OpenedLevel;
 class clsLevel;
 struct SharedObjects;
 class clsSpecial;
+class frmAbout;
+class frmExportLevel;
 class frmOpenLevel;
 class frmOptions;
 class frmStatus;
@@ -35,6 +39,8 @@ struct MainDialogs {
     frmStatus& status;
     frmOpenLevel& openLevel;
     frmOptions& options;
+    frmExportLevel& exportLevel;
+    frmAbout& about;
 };
 
 // The editor's main window: the level view, the palette strip beside it, the
@@ -78,6 +84,11 @@ public:
     const clsCamera& paletteCamera() const noexcept { return paletteCamera_; }
     float moveSensitivity() const noexcept { return moveSensitivity_; }
     const UndoHistory& history() const noexcept { return history_; }
+    const TileGrid& brush() const noexcept { return brush_; }
+    const clsSpecial* selectedSpecial() const noexcept { return selectedSpecial_; }
+    const clsRectangle& selection() const noexcept { return selection_; }
+    bool selectionVisible() const noexcept { return selectionVisible_; }
+    const clsRectangle& paletteSelection() const noexcept { return paletteSelection_; }
 
     // Every change to the level goes through here: an undo step called
     // stepName, the change, the level marked modified, the view redrawn.
@@ -91,6 +102,13 @@ public:
     void editUndo();
     void editRedo();
     void toolsOptions();
+    // The level as a picture; true when one was written.
+    bool fileExportBitmap();
+    void toolsBenchmark();
+    void aboutFAQ();
+    void helpAbout();
+    // The benchmark's clock in milliseconds; tests give it a scripted one.
+    void setTickClock(TickClock clock) { tickClock_ = std::move(clock); }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -124,6 +142,26 @@ private:
     bool saveIfModified(const QString& question, bool* cancelled);
     void updateCommands();
 
+    // Mouse editing (frmMainMouse.cpp): positions are picture pixels.
+    void levelPressed(int button, int shift, float x, float y);
+    void levelMoved(int buttons, int shift, float x, float y);
+    void levelReleased(int button, int shift, float x, float y);
+    void levelLeft();
+    void palettePressed(int button, int shift, float x, float y);
+    void paletteMoved(int buttons, int shift, float x, float y);
+    void paletteReleased(int button, int shift, float x, float y);
+    void scrollDrag();
+    void dragSelection(float x, float y);
+    void startSelection(std::uint32_t colour);
+    void copySelection();
+    void fillSelection();
+    void paintBrush(float x, float y);
+    void placeSpecial(float x, float y);
+    // The level cell under a view position.
+    QPoint levelCellAt(float x, float y) const;
+    QPoint paletteCellAt(float x, float y) const;
+    void showCellStatus();
+
     SharedObjects& shared_;
     MainDialogs dialogs_;
 
@@ -156,6 +194,9 @@ private:
     float mouseX_ = 0.0F;
     float mouseY_ = 0.0F;
     bool pointerOverLevel_ = false;
+    // Where the screen cursor stays during a scroll drag.
+    QPoint dragStart_;
+    TickClock tickClock_ = steadyTicks;
 
     bool alphaBlending_ = true;
     bool autoPlaceSpecials_ = true;

@@ -1,5 +1,6 @@
 #include "data/levelExport.h"
 #include "data/openLevel.h"
+#include "graphics/pngFile.h"
 #include "io/FileError.h"
 #include "support/expect.h"
 #include "support/tool.h"
@@ -11,6 +12,7 @@
 
 #include <regex>
 #include <sstream>
+#include <tuple>
 
 namespace marvek::test {
 namespace {
@@ -56,6 +58,59 @@ TEST_F(Export, EachTagIsOfferedOnceWithTheUsualFiveChosen) {
     }
 }
 
+TEST_F(Export, PngNamesAreKeptAndEveryOtherNameFollowsTheBitmapRule) {
+    for (const auto& [name, written, png] : {std::tuple{"map.png", "map.png", true},
+                                             {"MAP.PNG", "MAP.PNG", true},
+                                             {"map.pNg", "map.pNg", true},
+                                             {"map.png.txt", "map.png.txt.bmp", false},
+                                             {"png", "png.bmp", false},
+                                             {"map.BMP", "map.BMP", false}}) {
+        EXPECT_EQ(exportFileName(name), written);
+        EXPECT_EQ(isPngName(name), png) << name;
+    }
+}
+
+TEST_F(Export, ALevelTooLargeForOnePictureIsRefusedNamingTheLargestThatFits) {
+    clsLevel level;
+    for (const auto& [width, height, fits] : {std::tuple{300, 84, true},
+                                              {2048, 128, true},
+                                              {512, 512, true},
+                                              {2049, 1, false},
+                                              {1, 2049, false},
+                                              {1024, 300, false}}) {
+        level.width = width;
+        level.height = height;
+        const std::string problem = exportSizeProblem(level);
+        EXPECT_EQ(problem.empty(), fits) << width << " x " << height;
+        if (!fits) {
+            EXPECT_THAT(problem, HasSubstr(std::to_string(width) + " x " + std::to_string(height) +
+                                           " cells make " + std::to_string(width * 16) + " x " +
+                                           std::to_string(height * 16) + " pixels"));
+            EXPECT_THAT(problem, HasSubstr("at most 2048 cells across and down and 262144 cells"));
+            EXPECT_EQ(whatOf<std::runtime_error>(
+                          [&] { renderLevelExport(level, clsTileSet(), clsSpecialSet(), {}); }),
+                      problem);
+        }
+    }
+}
+
+TEST_F(Export, PngPicturesHoldTheSurfacesColoursOpaque) {
+    const std::vector<std::uint32_t> pixels{createBGRA(255, 0, 0, 0),    createBGRA(0, 255, 0, 80),
+                                            createBGRA(0, 0, 255, 255),  createBGRA(1, 2, 3, 0),
+                                            createBGRA(200, 100, 50, 9), createBGRA(0, 0, 0, 0)};
+    const auto bytes = encodePng(pixels, 3, 2);
+    QImage image;
+    ASSERT_TRUE(image.loadFromData(bytes.data(), static_cast<int>(bytes.size()), "PNG"));
+    ASSERT_EQ(image.size(), QSize(3, 2));
+    EXPECT_FALSE(image.hasAlphaChannel());
+    for (int i = 0; i < 6; ++i) {
+        EXPECT_EQ(image.pixel(i % 3, i / 3),
+                  0xFF000000U | (pixels[static_cast<std::size_t>(i)] & 0x00FFFFFFU))
+            << i;
+    }
+    EXPECT_THROW(encodePng(pixels, 2, 2), std::invalid_argument);
+}
+
 TEST_F(Export, WritesBitmapsWithTheDefaultOrTheGivenTagsAndPngByTheExtension) {
     ASSERT_EQ(runTool(exportTo("map.bmp")).exitCode, 0);
     EXPECT_EQ(readBytes(world.root() / "map.bmp").at(28), 32) << "bits per pixel";
@@ -69,7 +124,9 @@ TEST_F(Export, WritesBitmapsWithTheDefaultOrTheGivenTagsAndPngByTheExtension) {
     ASSERT_EQ(runTool(exportTo("map.png", " --all-specials")).exitCode, 0);
     EXPECT_EQ(readBytes(world.root() / "map.png").at(1), 'P');
     EXPECT_EQ(colourAt("map.png", 8, 8), colour(20));
-    EXPECT_EQ(colourAt("map.png", 40, 8), colour(22)); // noExport, drawn with --all-specials
+    // Every special, whatever its tag and noExport.
+    EXPECT_EQ(colourAt("map.png", 24, 8), colour(21));
+    EXPECT_EQ(colourAt("map.png", 40, 8), colour(22));
     EXPECT_EQ(colourAt("map.png", 8, 100), colour(3));
 }
 

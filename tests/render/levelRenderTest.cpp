@@ -50,6 +50,7 @@ protected:
         small { Id = 4; Kind = "sprite"; imgOffset = "64,0"; imgSize = "16,16"; noExport = 1;
                 Tag = "pickup"; }
         hidden { Id = 5; Kind = "box"; Color = "0,0,255"; }
+        secret { Id = 6; Kind = "box"; Color = "255,0,0"; Tag = "enemy"; noExport = 1; }
     )",
                                          spriteSheet({{0, 0, 32, 5}, {64, 0, 16, 9}}));
     clsFont font_ = blockFont(folder_, 2, 3);
@@ -226,24 +227,28 @@ protected:
     }
 };
 
-TEST_F(LevelExport, DrawsEveryCellAtSixteenPixelsChoosingSpecialsByTagAndNoExport) {
-    exportWith({}, true);
-    expect({{16, 0, tileColour(1)}, {63, 47, tileColour(3)}, {5, 5, tileColour(0)}});
-    // Undefined IDs and the untagged special are never drawn.
-    EXPECT_FALSE(tinted(48, 0));
-    EXPECT_FALSE(tinted(32, 0));
-
-    exportWith({{"enemy", false}, {"pickup", true}}, true);
-    EXPECT_FALSE(tinted(5, 5));
-    EXPECT_TRUE(tinted(16, 0));
-    exportWith({{"enemy", true}, {"pickup", false}}, true);
+TEST_F(LevelExport, DrawsTheChosenTagsLeavingOutNoExportOrEverySpecialWithRenderAll) {
+    level_.setSpecial(3, 1, 6);
+    exportWith({{"enemy", true}, {"pickup", true}}, false);
+    expect({{16, 0, tileColour(1)}, {63, 47, tileColour(3)}});
     EXPECT_TRUE(tinted(5, 5));
+    // noExport leaves out a box as well as a sprite.
     EXPECT_FALSE(tinted(16, 0));
+    EXPECT_FALSE(tinted(53, 21));
+    EXPECT_FALSE(tinted(32, 0)) << "untagged";
+    EXPECT_FALSE(tinted(48, 0)) << "undefined";
     // No oversize box over the big sprite's own cell: its picture only.
     EXPECT_EQ(pixel(5, 37), pixel(20, 40));
+    exportWith({{"enemy", false}, {"pickup", true}}, false);
+    EXPECT_FALSE(tinted(5, 5));
 
-    exportWith({{"pickup", true}}, false);
-    EXPECT_FALSE(tinted(16, 0));
+    // Every special the set defines, whatever its tag and noExport.
+    exportWith({}, true);
+    EXPECT_TRUE(tinted(5, 5));
+    EXPECT_TRUE(tinted(16, 0));
+    EXPECT_TRUE(tinted(53, 21));
+    EXPECT_TRUE(tinted(32, 0));
+    EXPECT_FALSE(tinted(48, 0)) << "undefined IDs are never drawn";
 }
 
 } // namespace

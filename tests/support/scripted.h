@@ -5,6 +5,7 @@
 
 #include "app/clsCommonDialog.h"
 #include "app/clsMessageBox.h"
+#include "app/clsScreenCursor.h"
 
 #include <QString>
 #include <QStringList>
@@ -84,6 +85,19 @@ private:
         QStringList answer = fileAnswers.front();
         fileAnswers.pop_front();
         return answer;
+    }
+};
+
+// A screen pointer that stays where it is put.
+class ScriptedScreenCursor final : public clsScreenCursor {
+public:
+    QPoint position;
+    std::vector<QPoint> placed;
+
+    QPoint pos() const override { return position; }
+    void setPos(const QPoint& to) override {
+        position = to;
+        placed.push_back(to);
     }
 };
 

@@ -1,0 +1,107 @@
+// The main window's level bitmap export, benchmark, help and About box.
+#include "ui/frmMain.h"
+
+#include "app/SharedObjects.h"
+#include "app/qtPaths.h"
+#include "data/levelExport.h"
+#include "data/openLevel.h"
+#include "ui/PictureBox.h"
+#include "ui/frmAbout.h"
+#include "ui/frmExportLevel.h"
+#include "ui/frmStatus.h"
+
+#include <QFileInfo>
+
+#include <exception>
+
+namespace marvek {
+namespace {
+
+const QString exportFilter =
+    "Windows bitmap files (*.bmp)|*.bmp|PNG pictures (*.png)|*.png|All files (*.*)|*.*";
+const QString benchmarkQuestion =
+    "This will run a few rendering benchmarks. Do you want to continue?";
+
+} // namespace
+
+bool frmMain::fileExportBitmap() {
+    if (!opened_) {
+        return false;
+    }
+    const clsLevel& level = opened_->level;
+    // Said before any question, so that nothing is asked in vain.
+    if (const std::string problem = exportSizeProblem(level); !problem.empty()) {
+        shared_.messages->show(this, toQString(problem), messageStyle::exclamation);
+        return false;
+    }
+    const QString chosen = shared_.dialogs->saveFile(
+        this, "Save level bitmap", exportFilter,
+        QFileInfo(toQString(level.fileName)).completeBaseName(), clsCommonDialog::saveFlags, 1);
+    if (chosen.isEmpty()) {
+        return false;
+    }
+    const std::filesystem::path path = toPath(toQString(exportFileName(chosen.toStdString())));
+    frmExportLevel& dialog = dialogs_.exportLevel;
+    dialog.manualActivate(opened_->specialSet);
+    dialog.showModal();
+    if (dialog.cancelled()) {
+        return false;
+    }
+
+    setEnabled(false);
+    dialogs_.status.setStatus("Rendering...");
+    QString failure;
+    try {
+        const clsBackBuffer picture =
+            renderLevelExport(level, opened_->tileSet, opened_->specialSet,
+                              {dialog.tagChoice(), dialog.renderAll(), renderOptions()});
+        dialogs_.status.setStatus("Saving...");
+        writeExportPicture(picture, path);
+    } catch (const std::exception& error) {
+        failure = QString::fromStdString(error.what());
+    }
+    dialogs_.status.hideStatus();
+    setEnabled(true);
+    if (!failure.isEmpty()) {
+        shared_.messages->show(this, "The level bitmap was not saved.\n\n" + failure,
+                               messageStyle::exclamation);
+        return false;
+    }
+    return true;
+}
+
+void frmMain::toolsBenchmark() {
+    if (shared_.messages->show(this, benchmarkQuestion, messageStyle::yesNoQuestion) !=
+            messageAnswer::yes ||
+        !opened_) {
+        return;
+    }
+    const clsRenderOptions options = renderOptions();
+    const auto render = [this, &options](std::int32_t flags) {
+        return [this, &options, flags] {
+            opened_->level.renderTo(levelBuffer_, levelCamera_, opened_->tileSet,
+                                    opened_->specialSet, flags, options);
+        };
+    };
+    const std::vector<BenchmarkTest> tests{
+        {"Render tiles", render(renderFlags::tiles)},
+        {"Render specials",
+         render(renderFlags::specials | renderFlags::oversizeMarks | renderFlags::outlines)},
+        // Presenting ends on the screen: the picture box paints at once.
+        {"Present backbuffer", [this] {
+             levelBuffer_.Present(*picLevel_);
+             picLevel_->repaint();
+         }}};
+    const std::string results = runBenchmark(tests, tickClock_);
+    shared_.messages->show(this, toQString(results), messageStyle::information);
+}
+
+void frmMain::aboutFAQ() {
+    shared_.utils.shellOpen(shared_.applicationFolder / "faq" / "index.html");
+}
+
+void frmMain::helpAbout() {
+    dialogs_.about.showModal(shared_.editorFont);
+}
+
+} // namespace marvek
