@@ -145,6 +145,17 @@ LevelConfiguration readConfiguration(const fs::path& path) {
 
 } // namespace
 
+void reloadGraphics(OpenedLevel& opened, const fs::path& applicationFolder) {
+    OpenedLevel fresh;
+    fresh.palette = opened.palette;
+    loadTiles(fresh, opened.tileFile);
+    loadSprites(fresh, opened.spriteFile);
+    // The set keeps its specials, so the editor's choice of one stays valid.
+    opened.specialSet.Init(fresh.spriteSheet, fresh.palette, applicationFolder);
+    opened.tileSet = std::move(fresh.tileSet);
+    opened.spriteSheet = std::move(fresh.spriteSheet);
+}
+
 fs::path levelFilePath(const fs::path& dataFolder, const fs::path& levelFile) {
     if (levelFile.has_parent_path()) {
         return findFile(levelFile.parent_path(), levelFile.filename());

@@ -48,6 +48,11 @@ using OpenLevelProgress = std::function<void(std::string_view)>;
 // returned then, so the caller's open level stays as it was.
 OpenedLevel openLevel(const OpenLevelRequest& request, const OpenLevelProgress& progress = {});
 
+// Reads the tile set and the sprite sheet again with the level's palette
+// and sets the specials up with them, after a palette change. All or
+// nothing: on a FileError naming the file the graphics stay as they were.
+void reloadGraphics(OpenedLevel& opened, const std::filesystem::path& applicationFolder);
+
 // Where openLevel looks for the level file.
 std::filesystem::path levelFilePath(const std::filesystem::path& dataFolder,
                                     const std::filesystem::path& levelFile);

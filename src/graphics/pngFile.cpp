@@ -124,9 +124,9 @@ std::vector<std::uint8_t> encodePng(std::span<const std::uint32_t> pixels, std::
                                     std::int32_t height) {
     checkSize(pixels.size(), width, height);
     constexpr std::uint8_t truecolour = 2;
-    return finishPng(startPng(width, height, truecolour),
-                     rawRows(pixels, static_cast<std::size_t>(width),
-                             static_cast<std::size_t>(height)));
+    return finishPng(
+        startPng(width, height, truecolour),
+        rawRows(pixels, static_cast<std::size_t>(width), static_cast<std::size_t>(height)));
 }
 
 std::vector<std::uint8_t> encodeIndexedPng(std::span<const std::uint8_t> indices,
@@ -139,9 +139,9 @@ std::vector<std::uint8_t> encodeIndexedPng(std::span<const std::uint8_t> indices
     std::vector<std::uint8_t> colours;
     for (std::int32_t index = 0; index < 256; ++index) {
         const std::uint32_t colour = index < palette.Count() ? palette.Entry(index) : 0;
-        colours.insert(colours.end(), {static_cast<std::uint8_t>(colour),
-                                       static_cast<std::uint8_t>(colour >> 8),
-                                       static_cast<std::uint8_t>(colour >> 16)});
+        colours.insert(colours.end(),
+                       {static_cast<std::uint8_t>(colour), static_cast<std::uint8_t>(colour >> 8),
+                        static_cast<std::uint8_t>(colour >> 16)});
     }
     putChunk(out, "PLTE", colours);
     return finishPng(std::move(out), rawIndexRows(indices, static_cast<std::size_t>(width),

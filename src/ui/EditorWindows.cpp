@@ -1,7 +1,9 @@
 #include "ui/EditorWindows.h"
 
 #include "ui/frmAbout.h"
+#include "ui/frmEditPalette.h"
 #include "ui/frmExportLevel.h"
+#include "ui/frmGraphics.h"
 #include "ui/frmMain.h"
 #include "ui/frmOpenLevel.h"
 #include "ui/frmOptions.h"
@@ -25,8 +27,11 @@ void EditorWindows::loadWindows() {
     openLevel_ = std::make_unique<frmOpenLevel>(shared_);
     exportLevel_ = std::make_unique<frmExportLevel>();
     about_ = std::make_unique<frmAbout>();
-    main_ = std::make_unique<frmMain>(
-        shared_, MainDialogs{*status_, *openLevel_, *options_, *exportLevel_, *about_});
+    graphics_ = std::make_unique<frmGraphics>(shared_);
+    editPalette_ = std::make_unique<frmEditPalette>(shared_);
+    main_ = std::make_unique<frmMain>(shared_,
+                                      MainDialogs{*status_, *openLevel_, *options_, *exportLevel_,
+                                                  *about_, *graphics_, *editPalette_});
 }
 
 bool EditorWindows::initialLoad() {
@@ -37,6 +42,8 @@ bool EditorWindows::initialLoad() {
 void EditorWindows::unloadWindows() {
     // The main window goes first: it refers to the others.
     main_.reset();
+    editPalette_.reset();
+    graphics_.reset();
     about_.reset();
     exportLevel_.reset();
     openLevel_.reset();

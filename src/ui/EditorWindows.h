@@ -8,6 +8,8 @@ namespace marvek {
 
 struct SharedObjects;
 class frmAbout;
+class frmEditPalette;
+class frmGraphics;
 class frmExportLevel;
 class frmMain;
 class frmOpenLevel;
@@ -40,6 +42,8 @@ private:
     std::unique_ptr<frmOpenLevel> openLevel_;
     std::unique_ptr<frmExportLevel> exportLevel_;
     std::unique_ptr<frmAbout> about_;
+    std::unique_ptr<frmGraphics> graphics_;
+    std::unique_ptr<frmEditPalette> editPalette_;
     std::unique_ptr<frmMain> main_;
 };
 

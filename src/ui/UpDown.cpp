@@ -36,7 +36,7 @@ int UpDown::value() const {
 }
 
 void UpDown::stepBy(int steps) {
-    buddy_.setText(QString::number(std::clamp(value() + steps, minimum_, maximum_)));
+    buddy_.setText(QString::number(std::clamp(value() + steps * step_, minimum_, maximum_)));
 }
 
 QAbstractSpinBox::StepEnabled UpDown::stepEnabled() const {

@@ -15,6 +15,8 @@ public:
     UpDown(QLineEdit& buddy, int minimum, int maximum, QWidget* parent = nullptr);
 
     void stepBy(int steps) override;
+    // How much one step changes the number (1 unless set).
+    void setStep(int step) { step_ = step; }
     QSize sizeHint() const override;
 
 protected:
@@ -26,6 +28,7 @@ private:
     QLineEdit& buddy_;
     int minimum_;
     int maximum_;
+    int step_ = 1;
 };
 
 // The leading whole number of a text, as a text box's value; 0 when the text

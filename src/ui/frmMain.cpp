@@ -114,9 +114,14 @@ void frmMain::buildMenus() {
     itmEditRedo_ = addCommand(*edit, "itmEditRedo", "&Redo");
     itmEditRedo_->setShortcuts({QKeySequence("Ctrl+Y"), QKeySequence("Ctrl+Shift+Z")});
     connect(itmEditRedo_, &QAction::triggered, this, &frmMain::editRedo);
+    edit->addSeparator();
+    connect(addCommand(*edit, "itmEditPalette", "&Palette..."), &QAction::triggered, this,
+            &frmMain::editPalette);
 
     QMenu* tools = menuBar()->addMenu("&Tools");
     tools->setObjectName("mnuTools");
+    connect(addCommand(*tools, "itmToolsGraphics", "&Graphics Browser..."), &QAction::triggered,
+            this, &frmMain::toolsGraphics);
     connect(addCommand(*tools, "itmToolsOptions", "&Options..."), &QAction::triggered, this,
             &frmMain::toolsOptions);
     connect(addCommand(*tools, "itmToolsBenchmark", "&Benchmark"), &QAction::triggered, this,

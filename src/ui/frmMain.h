@@ -30,6 +30,8 @@ class clsSpecial;
 class frmAbout;
 class frmExportLevel;
 class frmOpenLevel;
+class frmGraphics;
+class frmEditPalette;
 class frmOptions;
 class frmStatus;
 class PictureBox;
@@ -41,6 +43,8 @@ struct MainDialogs {
     frmOptions& options;
     frmExportLevel& exportLevel;
     frmAbout& about;
+    frmGraphics& graphics;
+    frmEditPalette& editPalette;
 };
 
 // The editor's main window: the level view, the palette strip beside it, the
@@ -102,6 +106,10 @@ public:
     void editUndo();
     void editRedo();
     void toolsOptions();
+    void toolsGraphics();
+    // Edits the level's palette; a change is saved with the level and the
+    // graphics are read again with it.
+    void editPalette();
     // The level as a picture; true when one was written.
     bool fileExportBitmap();
     void toolsBenchmark();

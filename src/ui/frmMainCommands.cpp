@@ -5,6 +5,8 @@
 #include "app/qtPaths.h"
 #include "data/levelRecovery.h"
 #include "data/openLevel.h"
+#include "ui/frmEditPalette.h"
+#include "ui/frmGraphics.h"
 #include "ui/frmOpenLevel.h"
 #include "ui/frmOptions.h"
 #include "ui/frmStatus.h"
@@ -148,6 +150,40 @@ void frmMain::editRedo() {
 void frmMain::toolsOptions() {
     dialogs_.options.showModal();
     loadOptions();
+    renderLevel();
+    renderPalette();
+}
+
+void frmMain::toolsGraphics() {
+    dialogs_.graphics.showModal();
+}
+
+void frmMain::editPalette() {
+    if (!opened_) {
+        return;
+    }
+    dialogs_.editPalette.Setup(opened_->palette);
+    if (!dialogs_.editPalette.showModal()) {
+        return;
+    }
+    const clsPalette previous = opened_->palette;
+    opened_->palette = dialogs_.editPalette.palette();
+    dialogs_.status.setStatus("Reloading graphics...");
+    try {
+        reloadGraphics(*opened_, shared_.applicationFolder);
+    } catch (const std::exception& error) {
+        opened_->palette = previous;
+        dialogs_.status.hideStatus();
+        shared_.messages->show(this,
+                               "The graphics could not be read again with the new palette, so "
+                               "the palette stays as it was.\n\n" +
+                                   QString::fromStdString(error.what()),
+                               messageStyle::exclamation);
+        return;
+    }
+    dialogs_.status.hideStatus();
+    opened_->level.modified = true;
+    updateCommands();
     renderLevel();
     renderPalette();
 }

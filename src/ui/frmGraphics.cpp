@@ -1,0 +1,253 @@
+#include "ui/frmGraphics.h"
+
+#include "app/SharedObjects.h"
+#include "app/qtPaths.h"
+#include "app/settings.h"
+#include "graphics/clsPalette.h"
+#include "graphics/pictureCodec.h"
+#include "graphics/pictureFiles.h"
+#include "ui/PictureBox.h"
+#include "ui/UpDown.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QScrollArea>
+
+#include <exception>
+
+namespace marvek {
+namespace {
+
+const QString bitmapFilter = "Bitmap files (*.bmp)|*.bmp|All files (*.*)|*.*";
+const QString exportFilter =
+    "Windows bitmap files (*.bmp)|*.bmp|PNG pictures (*.png)|*.png|All files (*.*)|*.*";
+
+} // namespace
+
+frmGraphics::frmGraphics(SharedObjects& shared, QWidget* parent)
+    : QDialog(parent), shared_(shared) {
+    setObjectName("frmGraphics");
+    setWindowTitle("Graphics browser");
+    buildControls();
+    resize(980, 640);
+}
+
+QLineEdit* frmGraphics::addNumber(const char* name, const QString& caption,
+                                  PictureParameter parameter) {
+    auto* box = new QLineEdit(this);
+    box->setObjectName(name);
+    box->setMaximumWidth(80);
+    const int row = form_->rowCount();
+    form_->addWidget(new QLabel(caption, this), row, 0);
+    form_->addWidget(box, row, 1);
+    connect(box, &QLineEdit::textChanged, this,
+            [this, box, parameter] { limitNumber(*box, parameter); });
+    return box;
+}
+
+void frmGraphics::buildControls() {
+    lstFiles_ = new QListWidget(this);
+    lstFiles_->setObjectName("lstFiles");
+    lstFiles_->setMaximumWidth(160);
+    form_ = new QGridLayout;
+    txtWidth_ = addNumber("txtWidth", "Width", PictureParameter::width);
+    txtHeight_ = addNumber("txtHeight", "Height", PictureParameter::height);
+    txtBitPlanes_ = addNumber("txtBitPlanes", "Bit planes", PictureParameter::planes);
+    txtOffset_ = addNumber("txtOffset", "Offset", PictureParameter::offset);
+    udOffset_ = new UpDown(*txtOffset_, parameterRange(PictureParameter::offset).minimum,
+                           parameterRange(PictureParameter::offset).maximum, this);
+    udOffset_->setObjectName("udOffset");
+    form_->addWidget(udOffset_, form_->rowCount() - 1, 2);
+    txtSubImages_ = addNumber("txtSubImages", "Sub-images", PictureParameter::count);
+    txtXCount_ = addNumber("txtXCount", "Across", PictureParameter::across);
+    cmbPalette_ = new QComboBox(this);
+    cmbPalette_->setObjectName("cmbPalette");
+    form_->addWidget(new QLabel("Palette", this), form_->rowCount(), 0);
+    form_->addWidget(cmbPalette_, form_->rowCount() - 1, 1, 1, 2);
+    chkShiftColors_ = new QCheckBox("Shift colours (16-31)", this);
+    chkShiftColors_->setObjectName("chkShiftColors");
+    form_->addWidget(chkShiftColors_, form_->rowCount(), 0, 1, 3);
+    auto* cmdExport = new QPushButton("Export...", this);
+    cmdExport->setObjectName("cmdExport");
+    auto* cmdImport = new QPushButton("Import...", this);
+    cmdImport->setObjectName("cmdImport");
+    form_->addWidget(cmdExport, form_->rowCount(), 0, 1, 3);
+    form_->addWidget(cmdImport, form_->rowCount(), 0, 1, 3);
+    form_->setRowStretch(form_->rowCount(), 1);
+
+    picImage_ = new PictureBox;
+    picImage_->setObjectName("picImage");
+    auto* scroll = new QScrollArea(this);
+    scroll->setObjectName("scrollImage");
+    scroll->setWidget(picImage_);
+    scroll->setBackgroundRole(QPalette::Dark);
+
+    auto* layout = new QHBoxLayout(this);
+    layout->addWidget(lstFiles_);
+    layout->addLayout(form_);
+    layout->addWidget(scroll, 1);
+
+    const PictureFormat defaults;
+    txtWidth_->setText(QString::number(defaults.width));
+    txtHeight_->setText(QString::number(defaults.height));
+    txtBitPlanes_->setText(QString::number(defaults.planes));
+    txtOffset_->setText(QString::number(defaults.offset));
+    txtSubImages_->setText(QString::number(defaults.count));
+    txtXCount_->setText(QString::number(defaults.across));
+    udOffset_->setStep(offsetStep(defaults.width));
+
+    connect(lstFiles_, &QListWidget::currentRowChanged, this, &frmGraphics::loadSelectedFile);
+    connect(cmbPalette_, &QComboBox::currentIndexChanged, this, &frmGraphics::redraw);
+    connect(chkShiftColors_, &QCheckBox::toggled, this, &frmGraphics::redraw);
+    connect(txtWidth_, &QLineEdit::textChanged, this,
+            [this] { udOffset_->setStep(offsetStep(format().width)); });
+    connect(cmdExport, &QPushButton::clicked, this, &frmGraphics::exportPicture);
+    connect(cmdImport, &QPushButton::clicked, this, &frmGraphics::importPicture);
+}
+
+void frmGraphics::showModal() {
+    fillLists();
+    exec();
+}
+
+void frmGraphics::fillLists() {
+    const QString former = cmbPalette_->currentText();
+    const QString file = selectedFile();
+    choices_ = listPaletteChoices(shared_.applicationFolder);
+    {
+        const QSignalBlocker quiet(cmbPalette_);
+        cmbPalette_->clear();
+        for (const PaletteChoice& choice : choices_) {
+            cmbPalette_->addItem(toQString(choice.name));
+        }
+        if (!choices_.empty()) {
+            cmbPalette_->setCurrentIndex(
+                static_cast<int>(restoredPaletteChoice(choices_, former.toStdString())));
+        }
+    }
+    const QSignalBlocker quiet(lstFiles_);
+    lstFiles_->clear();
+    const auto dataFolder = settingText(shared_.settings, settingKey::thornwickData, {});
+    for (const std::string& name : listDataFiles(dataFolder)) {
+        lstFiles_->addItem(toQString(name));
+    }
+    const auto kept = lstFiles_->findItems(file, Qt::MatchExactly);
+    if (!kept.isEmpty()) {
+        lstFiles_->setCurrentItem(kept.front());
+        loadSelectedFile();
+    }
+}
+
+QString frmGraphics::selectedFile() const {
+    const QListWidgetItem* item = lstFiles_->currentItem();
+    return item == nullptr ? QString() : item->text();
+}
+
+PictureFormat frmGraphics::format() const {
+    PictureFormat format;
+    format.width = leadingNumber(txtWidth_->text());
+    format.height = leadingNumber(txtHeight_->text());
+    format.planes = leadingNumber(txtBitPlanes_->text());
+    format.offset = leadingNumber(txtOffset_->text());
+    format.count = leadingNumber(txtSubImages_->text());
+    format.across = leadingNumber(txtXCount_->text());
+    format.shiftColours = chkShiftColors_->isChecked();
+    return clampedFormat(format);
+}
+
+void frmGraphics::limitNumber(QLineEdit& box, PictureParameter parameter) {
+    const int value = leadingNumber(box.text());
+    const int limited = clampParameter(parameter, value);
+    if (limited != value) {
+        box.setText(QString::number(limited)); // changes again, and redraws then
+        return;
+    }
+    redraw();
+}
+
+void frmGraphics::loadSelectedFile() {
+    loaded_ = false;
+    const QString name = selectedFile();
+    if (!name.isEmpty()) {
+        const auto dataFolder = settingText(shared_.settings, settingKey::thornwickData, {});
+        try {
+            bytes_ = readPictureFile(std::filesystem::path(dataFolder) / name.toStdString());
+            loaded_ = true;
+        } catch (const std::exception& error) {
+            shared_.messages->show(this, QString::fromStdString(error.what()),
+                                   messageStyle::exclamation);
+        }
+    }
+    redraw();
+}
+
+void frmGraphics::redraw() {
+    picImage_->clear();
+    if (!loaded_ || cmbPalette_->currentIndex() < 0 ||
+        cmbPalette_->currentIndex() >= static_cast<int>(choices_.size())) {
+        return;
+    }
+    try {
+        const PictureFormat shown = format();
+        picture_ = decodePicture(bytes_, shown);
+        const clsPalette palette = choosePalette(
+            choices_[static_cast<std::size_t>(cmbPalette_->currentIndex())], bytes_, shown);
+        if (drawPicture(picture_, palette, buffer_)) {
+            picImage_->resize(buffer_.width() + 2 * PictureBox::border,
+                              buffer_.height() + 2 * PictureBox::border);
+            buffer_.Present(*picImage_);
+        }
+    } catch (const std::exception& error) {
+        picImage_->setToolTip(QString::fromStdString(error.what()));
+    }
+}
+
+void frmGraphics::exportPicture() {
+    if (!loaded_ || picture_.planarWidth() <= 0) {
+        return;
+    }
+    const QString chosen =
+        shared_.dialogs->saveFile(this, "Export bitmap", exportFilter, selectedFile() + ".bmp",
+                                  clsCommonDialog::saveFlags, 1);
+    if (chosen.isEmpty()) {
+        return;
+    }
+    try {
+        writePictureFile(picture_, pictureExportName(chosen.toStdString()));
+    } catch (const std::exception& error) {
+        shared_.messages->show(this, QString::fromStdString(error.what()),
+                               messageStyle::exclamation);
+    }
+}
+
+void frmGraphics::importPicture() {
+    const QString name = selectedFile();
+    if (name.isEmpty() || cmbPalette_->currentIndex() < 0) {
+        return;
+    }
+    const auto chosen = shared_.dialogs->openFile(this, "Import bitmap", bitmapFilter, QString(),
+                                                  clsCommonDialog::openFlags, 1);
+    if (chosen.empty()) {
+        return;
+    }
+    const auto dataFolder = settingText(shared_.settings, settingKey::thornwickData, {});
+    const PaletteChoice& choice = choices_[static_cast<std::size_t>(cmbPalette_->currentIndex())];
+    try {
+        marvek::importPicture(toPath(chosen.begin()->second),
+                              std::filesystem::path(dataFolder) / name.toStdString(), format(),
+                              choice.storesPalette());
+    } catch (const std::exception& error) {
+        shared_.messages->show(this, QString::fromStdString(error.what()),
+                               messageStyle::exclamation);
+        return;
+    }
+    loadSelectedFile();
+}
+
+} // namespace marvek

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "graphics/clsBackBuffer.h"
+#include "graphics/clsSurface.h"
+#include "graphics/paletteChoices.h"
+#include "graphics/pictureFormat.h"
+
+#include <QDialog>
+
+#include <cstdint>
+#include <vector>
+
+class QCheckBox;
+class QComboBox;
+class QLineEdit;
+class QGridLayout;
+class QListWidget;
+
+namespace marvek {
+
+struct SharedObjects;
+class PictureBox;
+class UpDown;
+
+// Browses the game's raw bitplane pictures in the data folder, read with
+// the size, planes and palette the user gives, and exchanges them with BMP
+// files.
+class frmGraphics : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit frmGraphics(SharedObjects& shared, QWidget* parent = nullptr);
+
+    // Fills the lists afresh and shows the browser modally.
+    void showModal();
+    // The parameters as the boxes hold them.
+    PictureFormat format() const;
+    const clsSurface& picture() const noexcept { return picture_; }
+
+private:
+    QLineEdit* addNumber(const char* name, const QString& caption, PictureParameter parameter);
+    void buildControls();
+    void fillLists();
+    void loadSelectedFile();
+    void redraw();
+    void limitNumber(QLineEdit& box, PictureParameter parameter);
+    void exportPicture();
+    void importPicture();
+    QString selectedFile() const;
+
+    SharedObjects& shared_;
+    std::vector<PaletteChoice> choices_;
+    std::vector<std::uint8_t> bytes_;
+    bool loaded_ = false;
+    clsSurface picture_;
+    clsBackBuffer buffer_;
+
+    QListWidget* lstFiles_ = nullptr;
+    QLineEdit* txtWidth_ = nullptr;
+    QLineEdit* txtHeight_ = nullptr;
+    QLineEdit* txtBitPlanes_ = nullptr;
+    QLineEdit* txtOffset_ = nullptr;
+    QLineEdit* txtSubImages_ = nullptr;
+    QLineEdit* txtXCount_ = nullptr;
+    UpDown* udOffset_ = nullptr;
+    QComboBox* cmbPalette_ = nullptr;
+    QCheckBox* chkShiftColors_ = nullptr;
+    PictureBox* picImage_ = nullptr;
+    QGridLayout* form_ = nullptr;
+};
+
+} // namespace marvek

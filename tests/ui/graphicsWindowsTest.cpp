@@ -1,0 +1,172 @@
+#include "EditorFixture.h"
+
+#include "data/clsLevel.h"
+#include "graphics/clsBitmap.h"
+#include "graphics/clsPalette.h"
+#include "graphics/paletteEditing.h"
+#include "graphics/pictureFiles.h"
+#include "io/packedFile.h"
+#include "ui/PictureBox.h"
+#include "ui/frmGraphics.h"
+
+#include <QAbstractSpinBox>
+#include <QAction>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTest>
+
+namespace marvek::test {
+namespace {
+
+using GraphicsWindows = EditorFixture;
+
+template <typename Widget> Widget& child(QWidget& window, const char* name) {
+    auto* found = window.findChild<Widget*>(name);
+    if (found == nullptr) {
+        throw std::runtime_error(std::string("no control ") + name);
+    }
+    return *found;
+}
+
+// The file's data, unpacked when packed.
+std::vector<std::uint8_t> unpacked(const fs::path& file) {
+    return readPictureFile(file);
+}
+
+void setNumber(QWidget& window, const char* name, int value) {
+    child<QLineEdit>(window, name).setText(QString::number(value));
+}
+
+TEST_F(GraphicsWindows, TheBrowserShowsExportsAndImportsTheTiles) {
+    frmMain& window = startEditor();
+    const fs::path tiles = dataFolder() / "L1BM";
+    const auto before = unpacked(tiles);
+    const fs::path exported = root_.path() / "tiles.bmp";
+    whenModal([&](QWidget& browser) {
+        auto& files = child<QListWidget>(browser, "lstFiles");
+        const auto found = files.findItems("L1BM", Qt::MatchExactly);
+        ASSERT_EQ(found.size(), 1);
+        auto& palettes = child<QComboBox>(browser, "cmbPalette");
+        EXPECT_EQ(palettes.itemText(0), "Grey");
+        EXPECT_EQ(palettes.itemText(1), "After");
+        EXPECT_EQ(palettes.itemText(2), "World 1");
+        palettes.setCurrentText("World 1");
+        setNumber(browser, "txtWidth", 16);
+        setNumber(browser, "txtHeight", 16);
+        setNumber(browser, "txtBitPlanes", 5);
+        setNumber(browser, "txtSubImages", static_cast<int>(before.size() / 160));
+        setNumber(browser, "txtXCount", 20);
+        files.setCurrentItem(found.front());
+        const auto& image = child<PictureBox>(browser, "picImage").image();
+        EXPECT_EQ(image.width(), 320);
+        EXPECT_GT(image.height(), 16 * 9);
+
+        // Limits while typing, and the offset's step of one plane row.
+        setNumber(browser, "txtBitPlanes", 9);
+        EXPECT_EQ(child<QLineEdit>(browser, "txtBitPlanes").text(), "8");
+        setNumber(browser, "txtXCount", 700);
+        EXPECT_EQ(child<QLineEdit>(browser, "txtXCount").text(), "640");
+        setNumber(browser, "txtWidth", 0);
+        EXPECT_EQ(child<QLineEdit>(browser, "txtWidth").text(), "1");
+        setNumber(browser, "txtWidth", 64);
+        child<QAbstractSpinBox>(browser, "udOffset").stepUp();
+        EXPECT_EQ(child<QLineEdit>(browser, "txtOffset").text(), "8");
+        setNumber(browser, "txtOffset", 0);
+        setNumber(browser, "txtWidth", 16);
+        setNumber(browser, "txtBitPlanes", 5);
+        setNumber(browser, "txtXCount", 20);
+
+        dialogs_->fileAnswers = {{toQString(root_.path() / "tiles")}, {toQString(exported)}};
+        child<QPushButton>(browser, "cmdExport").click();
+        EXPECT_EQ(dialogs_->fileRequests[0].title, "Export bitmap");
+        EXPECT_EQ(dialogs_->fileRequests[0].initialName, "L1BM.bmp");
+        child<QPushButton>(browser, "cmdImport").click();
+        EXPECT_EQ(dialogs_->fileRequests[1].title, "Import bitmap");
+        static_cast<QDialog&>(browser).reject();
+    });
+    window.findChild<QAction*>("itmToolsGraphics")->trigger();
+    EXPECT_TRUE(messages_->shown.empty()) << messages_->shown.front().text.toStdString();
+    EXPECT_TRUE(fs::exists(exported));
+    EXPECT_EQ(unpacked(tiles), before) << "export then import gives back the same bytes";
+}
+
+TEST_F(GraphicsWindows, AnImportWithoutAPaletteWritesNothing) {
+    frmMain& window = startEditor();
+    const fs::path tiles = dataFolder() / "L1BM";
+    const auto before = readBytes(tiles);
+    const fs::path truecolour = root_.path() / "photo.bmp";
+    clsBackBuffer picture;
+    picture.Create(16, 16, 1);
+    clsBitmap bitmap;
+    bitmap.createFromBackBuffer(picture);
+    bitmap.writeToFile(truecolour);
+    whenModal([&](QWidget& browser) {
+        auto& files = child<QListWidget>(browser, "lstFiles");
+        files.setCurrentItem(files.findItems("L1BM", Qt::MatchExactly).front());
+        dialogs_->fileAnswers = {{toQString(truecolour)}};
+        child<QPushButton>(browser, "cmdImport").click();
+        static_cast<QDialog&>(browser).reject();
+    });
+    window.findChild<QAction*>("itmToolsGraphics")->trigger();
+    ASSERT_EQ(messages_->shown.size(), 1U);
+    EXPECT_TRUE(messages_->shown[0].text.contains("no palette"))
+        << messages_->shown[0].text.toStdString();
+    EXPECT_EQ(readBytes(tiles), before);
+}
+
+TEST_F(GraphicsWindows, APaletteChangeReachesTheSavedLevel) {
+    frmMain& window = startEditor();
+    const std::uint32_t chosen = 0x00F08040;
+    dialogs_->colourAnswers = {chosen};
+    whenModal([&](QWidget& editor) {
+        // A 24-bit bitmap is refused with the message.
+        const fs::path truecolour = root_.path() / "photo.bmp";
+        clsBackBuffer picture;
+        picture.Create(4, 4, 1);
+        clsBitmap bitmap;
+        bitmap.createFromBackBuffer(picture);
+        bitmap.writeToFile(truecolour);
+        dialogs_->fileAnswers = {{toQString(truecolour)}};
+        child<QPushButton>(editor, "cmdImport").click();
+        auto& boxes = child<PictureBox>(editor, "picPalette");
+        const clsRectangle first = PaletteGrid::box(0);
+        QTest::mouseClick(
+            &boxes, Qt::LeftButton, {},
+            QPoint(first.left + 5 + PictureBox::border, first.top + 5 + PictureBox::border));
+        child<QPushButton>(editor, "cmdOk").click();
+    });
+    window.findChild<QAction*>("itmEditPalette")->trigger();
+    ASSERT_FALSE(messages_->shown.empty());
+    EXPECT_EQ(messages_->shown[0].text, "The bitmap was invalid or did not have a palette.");
+    const std::uint32_t stored = quantiseColour(chosen);
+    EXPECT_EQ(window.openedLevel()->palette.Entry(0), stored);
+    EXPECT_TRUE(window.isWindowModified());
+
+    window.findChild<QAction*>("itmFileSave")->trigger();
+    clsLevel reread;
+    clsPalette palette;
+    auto stream = getFileBits(dataFolder() / "L1MA1");
+    ASSERT_TRUE(reread.loadFromBits(stream, palette));
+    EXPECT_EQ(palette.Entry(0), stored);
+}
+
+TEST_F(GraphicsWindows, CancelLeavesThePaletteAsItWas) {
+    frmMain& window = startEditor();
+    const std::uint32_t before = window.openedLevel()->palette.Entry(3);
+    dialogs_->colourAnswers = {0x00FFFFFF};
+    whenModal([&](QWidget& editor) {
+        const clsRectangle box = PaletteGrid::box(3);
+        QTest::mouseClick(
+            &child<PictureBox>(editor, "picPalette"), Qt::LeftButton, {},
+            QPoint(box.left + 4 + PictureBox::border, box.top + 4 + PictureBox::border));
+        child<QPushButton>(editor, "cmdCancel").click();
+    });
+    window.findChild<QAction*>("itmEditPalette")->trigger();
+    EXPECT_EQ(window.openedLevel()->palette.Entry(3), before);
+    EXPECT_FALSE(window.isWindowModified());
+}
+
+} // namespace
+} // namespace marvek::test
