@@ -19,15 +19,24 @@ void ConfigurationError::setFile(const std::filesystem::path& file) {
     updateMessage();
 }
 
+void ConfigurationError::setLineNamedInDescription() {
+    lineNamedInDescription_ = true;
+    updateMessage();
+}
+
+std::string ConfigurationError::located() const {
+    if (lineNamedInDescription_ || (line_ <= 0 && file_.empty())) {
+        return description_;
+    }
+    return "line " + std::to_string(line_) + ": " + description_;
+}
+
 void ConfigurationError::updateMessage() {
     message_.clear();
     if (!file_.empty()) {
-        message_ = file_.string() + ", ";
+        message_ = file_.string() + (lineNamedInDescription_ ? ": " : ", ");
     }
-    if (line_ > 0 || !file_.empty()) {
-        message_ += "line " + std::to_string(line_) + ": ";
-    }
-    message_ += description_;
+    message_ += located();
 }
 
 DuplicateKeyError::DuplicateKeyError(const std::string& key)
