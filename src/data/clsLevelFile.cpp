@@ -30,10 +30,13 @@ public:
     LevelReader(clsLevel& level, clsBitStream& stream, clsPalette& palette)
         : level_(level), stream_(stream), palette_(palette) {}
 
-    // False when the level must be refused.
-    bool readChunk() {
-        const auto id = stream_.getString(4);
-        const auto length = static_cast<std::uint32_t>(stream_.getLong());
+    // False when the level must be refused. The chunk's ID and stated
+    // length go to chunk.
+    bool readChunk(LevelChunk& chunk) {
+        chunk.id = stream_.getString(4);
+        chunk.statedLength = static_cast<std::uint32_t>(stream_.getLong());
+        const auto& id = chunk.id;
+        const auto length = chunk.statedLength;
         if (id == "WGMP") {
             return stream_.getLong() == stream_.Size();
         }
@@ -171,14 +174,23 @@ std::size_t cellCountToWrite(const clsLevel& level) {
 
 } // namespace
 
-bool clsLevel::loadFromBits(clsBitStream& stream, clsPalette& palette) {
+bool clsLevel::loadFromBits(clsBitStream& stream, clsPalette& palette,
+                            std::vector<LevelChunk>* chunksRead) {
     // An empty stream is what a file that did not unpack leaves behind.
     if (!stream.bufferGet()->hasStorage() || stream.Size() == 0) {
         return false;
     }
+    constexpr std::int32_t headerSize = 8;
     LevelReader reader(*this, stream, palette);
     do {
-        if (!reader.readChunk()) {
+        LevelChunk chunk;
+        chunk.offset = stream.byteOffset();
+        const bool accepted = reader.readChunk(chunk);
+        if (chunksRead != nullptr) {
+            chunk.bytesRead = std::max(0, stream.byteOffset() - chunk.offset - headerSize);
+            chunksRead->push_back(std::move(chunk));
+        }
+        if (!accepted) {
             return false;
         }
     } while (!stream.endOfStream());
