@@ -158,6 +158,10 @@ void clsBitStream::putZeroBytes(std::int32_t n) {
 
 void clsBitStream::putBits(std::int32_t value, int count) {
     checkBitCount(count);
+    if (count > 0 && withinBuffer(count)) {
+        xorBitsInPlace(static_cast<std::uint32_t>(value), count);
+        return;
+    }
     const auto bits = static_cast<std::uint32_t>(value);
     for (int i = count - 1; i >= 0; --i) {
         if ((bits >> i) & 1u) {
@@ -172,6 +176,9 @@ void clsBitStream::putBits(std::int32_t value, int count) {
 
 std::int32_t clsBitStream::getBits(int count) {
     checkBitCount(count);
+    if (count > 0 && withinBuffer(count)) {
+        return static_cast<std::int32_t>(readBitsInPlace(count));
+    }
     std::uint32_t result = 0;
     for (int i = count - 1; i >= 0; --i) {
         if (buffer_->getByte(position_) & currentMask()) {
@@ -182,6 +189,48 @@ std::int32_t clsBitStream::getBits(int count) {
         }
     }
     return static_cast<std::int32_t>(result);
+}
+
+// Where the cursor ends after count bits. When that is no further than the
+// spare byte, stepping bit by bit never meets the end of the stream, so the
+// bits can be taken a byte at a time; a growing stream grows first.
+bool clsBitStream::withinBuffer(int count) {
+    const std::int64_t end = std::int64_t{position_} + (bitPosition_ + count) / 8;
+    if (position_ < 0 || end > Size()) {
+        if (!autoExpand || position_ < 0 || position_ > Size() ||
+            end > clsDataBuffer::maximumSize) {
+            return false;
+        }
+        buffer_->Resize(static_cast<std::int32_t>(end));
+    }
+    return true;
+}
+
+void clsBitStream::xorBitsInPlace(std::uint32_t value, int count) {
+    const int end = bitPosition_ + count;
+    const int bytes = (end + 7) / 8;
+    const std::uint64_t mask = (std::uint64_t{1} << count) - 1;
+    const std::uint64_t bits = (value & mask) << (bytes * 8 - end);
+    std::uint8_t* data = buffer_->ptrData() + position_;
+    for (int i = 0; i < bytes; ++i) {
+        data[i] ^= static_cast<std::uint8_t>(bits >> ((bytes - 1 - i) * 8));
+    }
+    position_ += end / 8;
+    bitPosition_ = static_cast<std::uint8_t>(end % 8);
+}
+
+std::uint32_t clsBitStream::readBitsInPlace(int count) {
+    const int end = bitPosition_ + count;
+    const int bytes = (end + 7) / 8;
+    const std::uint8_t* data = buffer_->ptrData() + position_;
+    std::uint64_t bits = 0;
+    for (int i = 0; i < bytes; ++i) {
+        bits = bits << 8 | data[i];
+    }
+    position_ += end / 8;
+    bitPosition_ = static_cast<std::uint8_t>(end % 8);
+    const std::uint64_t mask = (std::uint64_t{1} << count) - 1;
+    return static_cast<std::uint32_t>((bits >> (bytes * 8 - end)) & mask);
 }
 
 void clsBitStream::putBit(std::int32_t value) {
