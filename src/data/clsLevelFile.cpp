@@ -24,6 +24,8 @@ constexpr std::int32_t commentSize = 28;
 constexpr std::int32_t paletteChunkSize = 192;
 constexpr int specialBits = 6;
 constexpr int tileBits = 10;
+constexpr std::uint32_t tileMask = (1u << tileBits) - 1;
+constexpr std::uint32_t specialMask = (1u << specialBits) - 1;
 
 class LevelReader {
 public:
@@ -94,10 +96,9 @@ private:
         const auto available = (remainingBytes() + 1) / 2;
         const auto count = std::min<std::int64_t>(length / 2, available);
         std::vector<std::uint8_t> specials(static_cast<std::size_t>(count));
-        for (auto& special : specials) {
-            special = static_cast<std::uint8_t>(stream_.getBits(specialBits));
-            stream_.getBits(tileBits);
-        }
+        readCellWords(specials.size(), [&](std::size_t i, std::uint32_t special, std::uint32_t) {
+            specials[i] = static_cast<std::uint8_t>(special);
+        });
         level_.setDefaultSpecials(std::move(specials));
     }
 
@@ -106,11 +107,35 @@ private:
             return false;
         }
         level_.resizeCells();
-        for (auto& cell : level_.cells()) {
-            cell.special = static_cast<std::uint8_t>(stream_.getBits(specialBits));
-            cell.tile = static_cast<std::int16_t>(stream_.getBits(tileBits));
-        }
+        const auto cells = level_.cells();
+        readCellWords(cells.size(), [&](std::size_t i, std::uint32_t special, std::uint32_t tile) {
+            cells[i].special = static_cast<std::uint8_t>(special);
+            cells[i].tile = static_cast<std::int16_t>(tile);
+        });
         return true;
+    }
+
+    // count words of a special and a tile each. The words that lie wholly in
+    // the data are decoded straight from a copy of their bytes; a level is
+    // mostly such words, and taking them bit by bit made reading one cost
+    // milliseconds. Any after the end go through getBits, which says what a
+    // short file reads as.
+    template <typename Take> void readCellWords(std::size_t count, Take take) {
+        std::size_t done = 0;
+        if (stream_.bitOffset() == 0) {
+            const auto whole =
+                static_cast<std::size_t>(std::min<std::int64_t>(count, remainingBytes() / 2));
+            std::vector<std::uint8_t> bytes(whole * 2);
+            stream_.getData(bytes);
+            for (; done < whole; ++done) {
+                const std::uint32_t word = bytes[2 * done] << 8 | bytes[2 * done + 1];
+                take(done, word >> tileBits, word & tileMask);
+            }
+        }
+        for (; done < count; ++done) {
+            const auto special = static_cast<std::uint32_t>(stream_.getBits(specialBits));
+            take(done, special, static_cast<std::uint32_t>(stream_.getBits(tileBits)));
+        }
     }
 
     clsLevel& level_;
@@ -152,9 +177,18 @@ public:
         stream_.putZeroBytes(paletteBlockSize - static_cast<std::int32_t>(used));
     }
 
-    void cellWord(std::uint8_t special, std::int16_t tile) {
-        stream_.putBits(special, specialBits);
-        stream_.putBits(tile, tileBits);
+    // count words of a special and a tile each, built in memory and written
+    // in one step rather than bit by bit.
+    template <typename CellAt> void cellWords(std::size_t count, CellAt cellAt) {
+        std::vector<std::uint8_t> bytes(count * 2);
+        for (std::size_t i = 0; i < count; ++i) {
+            const Cell cell = cellAt(i);
+            const std::uint32_t word = (std::uint32_t{cell.special} & specialMask) << tileBits |
+                                       (static_cast<std::uint32_t>(cell.tile) & tileMask);
+            bytes[2 * i] = static_cast<std::uint8_t>(word >> 8);
+            bytes[2 * i + 1] = static_cast<std::uint8_t>(word);
+        }
+        stream_.putData(bytes);
     }
 
 private:
@@ -226,15 +260,13 @@ void clsLevel::writeTo(clsBitStream& stream, const clsPalette& palette) const {
     // Short tables are padded so that the chunk holds what its length says.
     const auto entries = std::max(defaultSpecials_.size(), fileDefaultSpecials);
     writer.header("IFFC", static_cast<std::int32_t>(entries * 2));
-    for (std::size_t i = 0; i < entries; ++i) {
-        writer.cellWord(i < defaultSpecials_.size() ? defaultSpecials_[i] : 0, 0);
-    }
+    writer.cellWords(entries, [this](std::size_t i) {
+        return Cell{0, i < defaultSpecials_.size() ? defaultSpecials_[i] : std::uint8_t{0}, 0};
+    });
 
     writer.header("BODY", static_cast<std::int32_t>(cellCount * 2));
-    for (std::size_t i = 0; i < cellCount; ++i) {
-        const auto cell = i < cells_.size() ? cells_[i] : Cell{};
-        writer.cellWord(cell.special, cell.tile);
-    }
+    writer.cellWords(cellCount,
+                     [this](std::size_t i) { return i < cells_.size() ? cells_[i] : Cell{}; });
 }
 
 void clsLevel::saveToFile(const std::string& /*name*/, const clsPalette& palette) {

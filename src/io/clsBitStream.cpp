@@ -1,5 +1,6 @@
 #include "io/clsBitStream.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -139,21 +140,62 @@ std::string clsBitStream::getString(std::int32_t n) {
 }
 
 void clsBitStream::putData(std::span<const std::uint8_t> source) {
+    if (source.empty()) {
+        return;
+    }
+    if (std::uint8_t* target = bytesAt(static_cast<std::int64_t>(source.size()))) {
+        std::ranges::copy(source, target);
+        position_ += static_cast<std::int32_t>(source.size());
+        return;
+    }
     for (const auto byte : source) {
         putByte(byte);
     }
 }
 
 void clsBitStream::getData(std::span<std::uint8_t> destination) {
+    if (!destination.empty() && withinData(static_cast<std::int64_t>(destination.size()))) {
+        std::copy_n(buffer_->ptrData() + position_, destination.size(), destination.begin());
+        position_ += static_cast<std::int32_t>(destination.size());
+        bitPosition_ = 0;
+        return;
+    }
     for (auto& byte : destination) {
         byte = getByte();
     }
 }
 
 void clsBitStream::putZeroBytes(std::int32_t n) {
+    if (std::uint8_t* target = n > 0 ? bytesAt(n) : nullptr) {
+        std::fill_n(target, n, std::uint8_t{0});
+        position_ += n;
+        return;
+    }
     for (std::int32_t i = 0; i < n; ++i) {
         putByte(0);
     }
+}
+
+// n whole bytes from the cursor end no further than the spare byte, so byte
+// by byte the cursor would never meet the end of the stream.
+bool clsBitStream::withinData(std::int64_t n) const {
+    return position_ >= 0 && std::int64_t{position_} + n <= Size();
+}
+
+// Where n bytes written byte by byte would go, when they can go there in one
+// step: inside the data, or in a growing stream made long enough first.
+// Null when they cannot.
+std::uint8_t* clsBitStream::bytesAt(std::int64_t n) {
+    if (!withinData(n)) {
+        const std::int64_t end = std::int64_t{position_} + n;
+        if (!autoExpand || position_ < 0 || position_ > Size() ||
+            end > clsDataBuffer::maximumSize) {
+            return nullptr;
+        }
+        buffer_->Resize(static_cast<std::int32_t>(end));
+    }
+    bitPosition_ = 0;
+    return buffer_->ptrData() + position_;
 }
 
 void clsBitStream::putBits(std::int32_t value, int count) {

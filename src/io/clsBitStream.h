@@ -84,6 +84,8 @@ private:
     // True when count bits from the cursor lie in the buffer (after growing
     // it, for a growing stream), so that they can be handled bytewise.
     bool withinBuffer(int count);
+    bool withinData(std::int64_t n) const;
+    std::uint8_t* bytesAt(std::int64_t n);
     void xorBitsInPlace(std::uint32_t value, int count);
     std::uint32_t readBitsInPlace(int count);
 

@@ -101,6 +101,28 @@ TEST(clsBitStreamBits, RunsMatchSingleBits) {
     EXPECT_EQ(ending.byteOffset(), 1);
 }
 
+// Blocks of bytes are copied in one step where they fit; across the end of a
+// fixed stream they behave byte by byte.
+TEST(clsBitStreamBits, BlocksMatchSingleBytes) {
+    auto fixed = streamOver({1, 2, 3}, 9);
+    fixed.getBits(3);
+    std::array<std::uint8_t, 2> inside{};
+    fixed.getData(inside);
+    EXPECT_EQ(inside, (std::array<std::uint8_t, 2>{1, 2}));
+    std::array<std::uint8_t, 3> across{};
+    fixed.getData(across);
+    EXPECT_EQ(across, (std::array<std::uint8_t, 3>{3, 9, 9}));
+    fixed.seekTo(1);
+    fixed.putData(std::array<std::uint8_t, 4>{7, 8, 5, 6});
+    EXPECT_EQ(allBytes(fixed), (Bytes{1, 7, 8, 6}));
+
+    auto growing = growingStream();
+    growing.putBits(1, 1);
+    growing.putData(std::array<std::uint8_t, 2>{4, 5});
+    growing.putZeroBytes(2);
+    EXPECT_EQ(allBytes(growing), (Bytes{4, 5, 0, 0, 0}));
+}
+
 TEST(clsBitStreamRead, NumbersStringsDataAndBits) {
     auto stream =
         streamOver({0x80, 0x00, 0x42, 0x4F, 0x44, 0xE9, 0xDE, 0xAD, 0xBE, 0xEF, 1, 2, 0x16, 0x03});
