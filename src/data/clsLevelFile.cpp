@@ -96,9 +96,13 @@ private:
         const auto available = (remainingBytes() + 1) / 2;
         const auto count = std::min<std::int64_t>(length / 2, available);
         std::vector<std::uint8_t> specials(static_cast<std::size_t>(count));
-        readCellWords(specials.size(), [&](std::size_t i, std::uint32_t special, std::uint32_t) {
+        const auto take = [&](std::size_t i, std::uint32_t special, std::uint32_t) {
             specials[i] = static_cast<std::uint8_t>(special);
-        });
+        };
+        const Repeat rest = readCellWords(specials.size(), take);
+        for (std::size_t i = rest.from; i < specials.size(); ++i) {
+            take(i, rest.special, rest.tile);
+        }
         level_.setDefaultSpecials(std::move(specials));
     }
 
@@ -108,19 +112,35 @@ private:
         }
         level_.resizeCells();
         const auto cells = level_.cells();
-        readCellWords(cells.size(), [&](std::size_t i, std::uint32_t special, std::uint32_t tile) {
-            cells[i].special = static_cast<std::uint8_t>(special);
-            cells[i].tile = static_cast<std::int16_t>(tile);
-        });
+        const Repeat rest = readCellWords(
+            cells.size(), [&](std::size_t i, std::uint32_t special, std::uint32_t tile) {
+                cells[i].special = static_cast<std::uint8_t>(special);
+                cells[i].tile = static_cast<std::int16_t>(tile);
+            });
+        const Cell repeated{static_cast<std::int16_t>(rest.tile),
+                            static_cast<std::uint8_t>(rest.special), 0};
+        if (rest.from < cells.size() && (repeated.tile != 0 || repeated.special != 0)) {
+            std::fill(cells.begin() + static_cast<std::ptrdiff_t>(rest.from), cells.end(),
+                      repeated);
+        }
         return true;
     }
 
-    // count words of a special and a tile each. The words that lie wholly in
-    // the data are decoded straight from a copy of their bytes; a level is
-    // mostly such words, and taking them bit by bit made reading one cost
-    // milliseconds. Any after the end go through getBits, which says what a
-    // short file reads as.
-    template <typename Take> void readCellWords(std::size_t count, Take take) {
+    // The words from `from` on, which all read the same.
+    struct Repeat {
+        std::size_t from;
+        std::uint32_t special;
+        std::uint32_t tile;
+    };
+
+    // Reads count words of a special and a tile each, handing each to take
+    // until the rest are known to repeat. The words that lie wholly in the
+    // data are decoded straight from a copy of their bytes; a level is mostly
+    // such words, and taking them bit by bit made reading one cost
+    // milliseconds. The rest go through getBits, which says what a short file
+    // reads as: once it is stuck at the spare byte every word is the same, and
+    // a short file may claim a million cells.
+    template <typename Take> Repeat readCellWords(std::size_t count, Take take) {
         std::size_t done = 0;
         if (stream_.bitOffset() == 0) {
             const auto whole =
@@ -133,9 +153,20 @@ private:
             }
         }
         for (; done < count; ++done) {
+            const bool wasStuck = stuckAtEnd();
             const auto special = static_cast<std::uint32_t>(stream_.getBits(specialBits));
-            take(done, special, static_cast<std::uint32_t>(stream_.getBits(tileBits)));
+            const auto tile = static_cast<std::uint32_t>(stream_.getBits(tileBits));
+            take(done, special, tile);
+            if (wasStuck && stuckAtEnd() && !stream_.autoExpand) {
+                return {done + 1, special, tile};
+            }
         }
+        return {count, 0, 0};
+    }
+
+    // At the spare byte's first bit, where a stream without autoExpand stays.
+    bool stuckAtEnd() const {
+        return stream_.byteOffset() == stream_.Size() && stream_.bitOffset() == 0;
     }
 
     clsLevel& level_;

@@ -205,6 +205,31 @@ TEST(LevelFile, HugeStatedLengthsDoNotRunAway) {
     EXPECT_TRUE(load(ChunkBuilder().chunk("VERS", 0xFFFFFFF0, {1, 2, 3}).bytes()).loads);
 }
 
+// A body cut short reads on into the buffer's spare byte, as bit-by-bit
+// reading does: one word across it, then the same bits of it in every cell.
+TEST(LevelFile, CellsPastTheEndOfTheDataReadTheSpareByte) {
+    const Bytes bytes = ChunkBuilder()
+                            .longChunk("XBLK", 1000)
+                            .longChunk("YBLK", 1000)
+                            .chunk("BODY", 2000000, {0x14, 0x03, 0xA9})
+                            .bytes();
+    auto stream = streamOver(bytes, 0xB7);
+    clsLevel level;
+    clsPalette palette;
+    ASSERT_TRUE(level.loadFromBits(stream, palette));
+    const auto cells = level.cells();
+    ASSERT_EQ(cells.size(), 1000000U);
+    const auto expectCell = [&](std::size_t i, int special, int tile) {
+        EXPECT_EQ(cells[i].special, special) << i;
+        EXPECT_EQ(cells[i].tile, tile) << i;
+    };
+    expectCell(0, 0x14 >> 2, 0x003);
+    expectCell(1, 0xA9 >> 2, (0xA9 & 3) << 8 | 0xB7);
+    for (const std::size_t i : {std::size_t{2}, std::size_t{3}, cells.size() - 1}) {
+        expectCell(i, 0xB7 >> 2, (0xB7 & 3) << 8);
+    }
+}
+
 TEST(LevelFile, EmptyOrMismatchedStreamsFail) {
     clsLevel level;
     clsPalette palette;
