@@ -1,14 +1,14 @@
 // The native library's BMP loaders (surfaces and fonts) on arbitrary files:
 // they must refuse or load without touching memory they do not own.
+#include "common/scratch.h"
 #include "native/handles.h"
 #include "native/marvek.h"
-#include "support/scratch.h"
 
 #include <cstddef>
 #include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const marvek::fuzz::ScratchFolder scratch("bitmap-loader");
+    static const marvek::fuzz::ScratchFolder scratch;
     const auto path = scratch.write("input.bmp", data, size);
     const marvek::UniqueSurface surface(surfaceLoadFromBitmap(path.c_str()));
     if (surface) {

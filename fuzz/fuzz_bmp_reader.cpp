@@ -1,14 +1,14 @@
 // clsBitmap on arbitrary file contents: reading must accept or refuse
 // without touching memory it does not own or allocating far beyond the
 // file's size, and whatever it accepts must convert and write back.
+#include "common/scratch.h"
 #include "graphics/clsBitmap.h"
-#include "support/scratch.h"
 
 #include <cstdint>
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static const marvek::fuzz::ScratchFolder scratch("bmp-reader");
+    static const marvek::fuzz::ScratchFolder scratch;
     const auto input = scratch.write("in.bmp", data, size);
 
     marvek::clsBitmap bitmap;

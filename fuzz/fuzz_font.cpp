@@ -1,9 +1,9 @@
 // clsFont on arbitrary files, then every character drawn with it, clipped at
 // each edge of the target.
+#include "common/scratch.h"
 #include "graphics/clsFont.h"
 #include "native/handles.h"
 #include "native/marvek.h"
-#include "support/scratch.h"
 
 #include <array>
 #include <cstddef>
@@ -11,7 +11,7 @@
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const marvek::fuzz::ScratchFolder scratch("font");
+    static const marvek::fuzz::ScratchFolder scratch;
     const auto path = scratch.write("font.bmp", data, size);
     marvek::clsFont font;
     if (!font.loadFromFile(path)) {

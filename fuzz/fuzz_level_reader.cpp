@@ -1,10 +1,10 @@
 // clsLevel::loadFromBits on arbitrary unpacked bytes: it must refuse or load
 // without touching memory it does not own, and whatever it loads must write
 // out and load again with the same cells.
+#include "common/input.h"
 #include "data/clsLevel.h"
 #include "graphics/clsPalette.h"
 #include "io/clsBitStream.h"
-#include "support/input.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -46,7 +46,7 @@ bool chunksFollowEachOther(const std::vector<marvek::LevelChunk>& chunks, std::s
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    auto stream = marvek::fuzz::streamOver({data, size});
+    auto stream = marvek::fuzz::streamOver(std::span<const std::uint8_t>(data, size));
     marvek::clsLevel level;
     marvek::clsPalette palette;
     std::vector<marvek::LevelChunk> chunks;

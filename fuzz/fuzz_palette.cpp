@@ -1,8 +1,8 @@
 // Palettes in both forms: the game's bit fields (with any plane count) and
 // raw files. What loads must write back to the same colours.
+#include "common/input.h"
+#include "common/scratch.h"
 #include "graphics/clsPalette.h"
-#include "support/input.h"
-#include "support/scratch.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -51,7 +51,7 @@ void checkRawForm(const marvek::fuzz::ScratchFolder& scratch, const std::uint8_t
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const marvek::fuzz::ScratchFolder scratch("palette");
+    static const marvek::fuzz::ScratchFolder scratch;
     checkGameForm(marvek::fuzz::Input(data, size));
     checkRawForm(scratch, data, size);
     return 0;

@@ -1,10 +1,10 @@
 // Planar images of a size and plane count the input chooses, read from the
 // rest of the input: what loads must write back to the same bitplanes' worth
 // of indices, and build, shift, cut and paste without leaving its memory.
+#include "common/input.h"
 #include "graphics/clsPalette.h"
 #include "graphics/clsSurface.h"
 #include "native/marvek.h"
-#include "support/input.h"
 
 #include <cstddef>
 #include <cstdint>

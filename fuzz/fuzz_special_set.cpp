@@ -1,6 +1,8 @@
 // A configuration's special definitions loaded into a special set and set up
 // against a sprite sheet, as opening a level does, then the palette strip
 // drawn: a bad definition must fail with an error, never a crash.
+#include "common/input.h"
+#include "common/scratch.h"
 #include "configuration/ConfigurationError.h"
 #include "graphics/clsBackBuffer.h"
 #include "graphics/clsBitmap.h"
@@ -12,8 +14,6 @@
 #include "native/marvek.h"
 #include "specials/SpecialDefinitionError.h"
 #include "specials/clsSpecialSet.h"
-#include "support/input.h"
-#include "support/scratch.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -44,7 +44,7 @@ marvek::clsSurface spriteSheet(const marvek::clsPalette& palette) {
 
 // What the application folder holds for image specials and the strip's text.
 struct World {
-    ScratchFolder scratch{"special-set"};
+    ScratchFolder scratch;
     marvek::clsPalette palette = gamePalette();
     marvek::clsSurface sheet = spriteSheet(palette);
     marvek::clsFont font;

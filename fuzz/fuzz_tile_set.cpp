@@ -1,12 +1,12 @@
 // Tile sets of any length and plane count, then the tile browser drawn from
 // them: no tile may be read or drawn outside its memory.
+#include "common/input.h"
 #include "data/clsTileSet.h"
 #include "graphics/clsBackBuffer.h"
 #include "graphics/clsCamera.h"
 #include "graphics/clsPalette.h"
 #include "graphics/clsRectangle.h"
 #include "native/marvek.h"
-#include "support/input.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -3,13 +3,10 @@
 // Splitting one fuzz input into the parameters a reader takes and the bytes
 // it reads.
 
-#include "io/clsBitStream.h"
-#include "io/clsDataBuffer.h"
+#include "support/streams.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <span>
 
 namespace marvek::fuzz {
@@ -38,22 +35,8 @@ private:
     std::span<const std::uint8_t> bytes_;
 };
 
-// A stream reading a copy of the bytes, as a file loaded into a buffer is.
-inline clsBitStream streamOver(std::span<const std::uint8_t> bytes) {
-    auto buffer = std::make_shared<clsDataBuffer>();
-    buffer->Create(static_cast<std::int32_t>(bytes.size()));
-    std::ranges::copy(bytes, buffer->data().begin());
-    clsBitStream stream;
-    stream.loadFromBuffer(std::move(buffer));
-    return stream;
-}
-
-// An empty stream that grows as it is written.
-inline clsBitStream growingStream() {
-    clsBitStream stream;
-    stream.Create();
-    stream.autoExpand = true;
-    return stream;
-}
+// Streams over the input and growing ones, as the tests make them.
+using test::growingStream;
+using test::streamOver;
 
 } // namespace marvek::fuzz

@@ -1,13 +1,13 @@
 // marvek-fuzz-seeds FOLDER: writes the seed inputs of the fuzz targets that
 // read configurations, fonts, palettes, planar images and tile sets into
 // FOLDER/NAME, made with the project's own writers. Run once and commit.
+#include "common/input.h"
 #include "configuration/clsConfiguration.h"
 #include "graphics/clsBitmap.h"
 #include "graphics/clsPalette.h"
 #include "graphics/clsSurface.h"
 #include "io/atomicWrite.h"
 #include "io/clsBitStream.h"
-#include "support/input.h"
 
 #include <cstdint>
 #include <cstdio>
