@@ -31,12 +31,15 @@ std::string ConfigurationError::located() const {
     return "line " + std::to_string(line_) + ": " + description_;
 }
 
-void ConfigurationError::updateMessage() {
-    message_.clear();
-    if (!file_.empty()) {
-        message_ = file_.string() + (lineNamedInDescription_ ? ": " : ", ");
+std::string ConfigurationError::messageFor(const std::filesystem::path& file) const {
+    if (file.empty()) {
+        return located();
     }
-    message_ += located();
+    return file.string() + (lineNamedInDescription_ ? ": " : ", ") + located();
+}
+
+void ConfigurationError::updateMessage() {
+    message_ = messageFor(file_);
 }
 
 DuplicateKeyError::DuplicateKeyError(const std::string& key)

@@ -37,6 +37,9 @@ public:
     void setLineNamedInDescription();
     // The message without the file: "line N: description" or the description.
     std::string located() const;
+    // what() as it reads for the given file, for callers that know the file
+    // when the error does not.
+    std::string messageFor(const std::filesystem::path& file) const;
 
     const char* what() const noexcept override { return message_.c_str(); }
 

@@ -401,6 +401,10 @@ TEST(ConfigurationFiles, SaveAndLoadRawLatin1BytesAndErrorsNameTheFile) {
               path.string() + ": Invalid assignment on line 22. Forgot an assignment terminator?");
     EXPECT_EQ(missing->located(),
               "Invalid assignment on line 22. Forgot an assignment terminator?");
+    EXPECT_EQ(missing->messageFor("other.cfg"),
+              "other.cfg: Invalid assignment on line 22. Forgot an assignment terminator?");
+    EXPECT_EQ(error->messageFor("other.cfg"),
+              "other.cfg, line 2: Spaces not allowed in key names.");
 }
 
 } // namespace
