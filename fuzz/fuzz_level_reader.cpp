@@ -1,6 +1,7 @@
 // clsLevel::loadFromBits on arbitrary unpacked bytes: it must refuse or load
 // without touching memory it does not own, and whatever it loads must write
 // out and load again with the same cells.
+#include "common/input.h"
 #include "data/clsLevel.h"
 #include "graphics/clsPalette.h"
 #include "io/clsBitStream.h"
@@ -8,17 +9,9 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <vector>
 
 namespace {
-
-marvek::clsBitStream streamOver(const uint8_t* data, size_t size) {
-    auto buffer = std::make_shared<marvek::clsDataBuffer>();
-    buffer->Create(static_cast<std::int32_t>(size));
-    std::copy(data, data + size, buffer->data().begin());
-    marvek::clsBitStream stream;
-    stream.loadFromBuffer(std::move(buffer));
-    return stream;
-}
 
 bool sameCells(const marvek::clsLevel& a, const marvek::clsLevel& b) {
     return std::ranges::equal(a.cells(), b.cells(), [](marvek::Cell x, marvek::Cell y) {
@@ -35,13 +28,33 @@ void stateTrueLength(marvek::clsBitStream& stream) {
     stream.seekTo(0);
 }
 
+// The reader's account of what it read: one chunk after the other, each
+// starting where the one before it stopped, none past the data.
+bool chunksFollowEachOther(const std::vector<marvek::LevelChunk>& chunks, std::size_t size) {
+    constexpr std::int32_t headerSize = 8;
+    std::int32_t next = 0;
+    for (const auto& chunk : chunks) {
+        if (chunk.offset != next || chunk.id.size() != 4 || chunk.bytesRead < 0) {
+            return false;
+        }
+        next =
+            std::min(chunk.offset + headerSize, static_cast<std::int32_t>(size)) + chunk.bytesRead;
+    }
+    return !chunks.empty() && next <= static_cast<std::int32_t>(size);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    auto stream = streamOver(data, size);
+    auto stream = marvek::fuzz::streamOver(std::span<const std::uint8_t>(data, size));
     marvek::clsLevel level;
     marvek::clsPalette palette;
-    if (!level.loadFromBits(stream, palette) || !level.hasSensibleSize()) {
+    std::vector<marvek::LevelChunk> chunks;
+    const bool loaded = level.loadFromBits(stream, palette, &chunks);
+    if (size > 0 && !chunksFollowEachOther(chunks, size)) {
+        std::abort();
+    }
+    if (!loaded || !level.hasSensibleSize()) {
         return 0;
     }
     const auto cellCount = static_cast<std::size_t>(level.width) * level.height;

@@ -19,15 +19,27 @@ void ConfigurationError::setFile(const std::filesystem::path& file) {
     updateMessage();
 }
 
+void ConfigurationError::setLineNamedInDescription() {
+    lineNamedInDescription_ = true;
+    updateMessage();
+}
+
+std::string ConfigurationError::located() const {
+    if (lineNamedInDescription_ || (line_ <= 0 && file_.empty())) {
+        return description_;
+    }
+    return "line " + std::to_string(line_) + ": " + description_;
+}
+
+std::string ConfigurationError::messageFor(const std::filesystem::path& file) const {
+    if (file.empty()) {
+        return located();
+    }
+    return file.string() + (lineNamedInDescription_ ? ": " : ", ") + located();
+}
+
 void ConfigurationError::updateMessage() {
-    message_.clear();
-    if (!file_.empty()) {
-        message_ = file_.string() + ", ";
-    }
-    if (line_ > 0 || !file_.empty()) {
-        message_ += "line " + std::to_string(line_) + ": ";
-    }
-    message_ += description_;
+    message_ = messageFor(file_);
 }
 
 DuplicateKeyError::DuplicateKeyError(const std::string& key)

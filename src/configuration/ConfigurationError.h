@@ -11,7 +11,8 @@ namespace marvek {
 // language, a number that does not convert, a duplicate key. It carries the
 // platform's error number, the description, the parser's line counter when it
 // was raised (0 outside a parse) and, when it came from LoadConfiguration, the
-// file, so that what() reads "file, line N: description".
+// file, so that what() reads "file, line N: description", or "file:
+// description" when the description names its line itself.
 class ConfigurationError : public std::exception {
 public:
     // The numbers of the original runtime, so that callers can tell errors apart.
@@ -31,6 +32,14 @@ public:
 
     void setLine(std::int32_t line);
     void setFile(const std::filesystem::path& file);
+    // The description names the line at fault, which may differ from the
+    // counter's, so the message names no other.
+    void setLineNamedInDescription();
+    // The message without the file: "line N: description" or the description.
+    std::string located() const;
+    // what() as it reads for the given file, for callers that know the file
+    // when the error does not.
+    std::string messageFor(const std::filesystem::path& file) const;
 
     const char* what() const noexcept override { return message_.c_str(); }
 
@@ -41,6 +50,7 @@ private:
     std::string description_;
     std::int32_t line_ = 0;
     std::filesystem::path file_;
+    bool lineNamedInDescription_ = false;
     std::string message_;
 };
 

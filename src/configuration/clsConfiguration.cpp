@@ -386,8 +386,12 @@ SectionPtr clsConfiguration::parseSection(const std::string& text, std::size_t& 
             } else if (c != ' ') {
                 // One line before the counter: the usual cause is a string without
                 // its ";", noticed only on the next line.
-                throwSyntaxError("Invalid assignment on line " + std::to_string(currentLine_ - 1) +
-                                 ". Forgot an assignment terminator?");
+                ConfigurationError error(ConfigurationError::syntaxErrorNumber,
+                                         "Invalid assignment on line " +
+                                             std::to_string(currentLine_ - 1) +
+                                             ". Forgot an assignment terminator?");
+                error.setLineNamedInDescription();
+                throw error;
             }
         } else if (escape) {
             escape = false;

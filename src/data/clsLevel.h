@@ -30,6 +30,16 @@ struct Cell {
 };
 static_assert(sizeof(Cell) == 4, "the undo store snapshots cells as 4-byte records");
 
+// One chunk as the level reader took it: its ID, the length its header
+// states, where the header starts and how many bytes after the header the
+// reader consumed (which is what counts, whatever the stated length).
+struct LevelChunk {
+    std::string id;
+    std::uint32_t statedLength = 0;
+    std::int32_t offset = 0;
+    std::int32_t bytesRead = 0;
+};
+
 // A level in memory: the map's cells and the chunks of its file that the
 // editor keeps. Reading and writing live in clsLevelFile.cpp; editing and
 // rendering live in clsLevelEdit.cpp and clsLevelRender.cpp.
@@ -51,7 +61,10 @@ public:
     // Reads the chunks of an unpacked level; a PALA chunk replaces palette.
     // False for a WGMP value other than the data length, for a size that
     // makes no sense when BODY is reached, and for a stream without data.
-    bool loadFromBits(clsBitStream& stream, clsPalette& palette);
+    // With chunksRead, every chunk taken is appended there, the one that made
+    // the level fail included.
+    bool loadFromBits(clsBitStream& stream, clsPalette& palette,
+                      std::vector<LevelChunk>* chunksRead = nullptr);
     // Writes the level's seventeen chunks, unpacked, at the stream's cursor.
     // A short default-special table or palette is padded so that every chunk
     // holds what its length says. Throws std::length_error for a map of more

@@ -24,16 +24,21 @@ constexpr std::int32_t commentSize = 28;
 constexpr std::int32_t paletteChunkSize = 192;
 constexpr int specialBits = 6;
 constexpr int tileBits = 10;
+constexpr std::uint32_t tileMask = (1u << tileBits) - 1;
+constexpr std::uint32_t specialMask = (1u << specialBits) - 1;
 
 class LevelReader {
 public:
     LevelReader(clsLevel& level, clsBitStream& stream, clsPalette& palette)
         : level_(level), stream_(stream), palette_(palette) {}
 
-    // False when the level must be refused.
-    bool readChunk() {
-        const auto id = stream_.getString(4);
-        const auto length = static_cast<std::uint32_t>(stream_.getLong());
+    // False when the level must be refused. The chunk's ID and stated
+    // length go to chunk.
+    bool readChunk(LevelChunk& chunk) {
+        chunk.id = stream_.getString(4);
+        chunk.statedLength = static_cast<std::uint32_t>(stream_.getLong());
+        const auto& id = chunk.id;
+        const auto length = chunk.statedLength;
         if (id == "WGMP") {
             return stream_.getLong() == stream_.Size();
         }
@@ -91,9 +96,12 @@ private:
         const auto available = (remainingBytes() + 1) / 2;
         const auto count = std::min<std::int64_t>(length / 2, available);
         std::vector<std::uint8_t> specials(static_cast<std::size_t>(count));
-        for (auto& special : specials) {
-            special = static_cast<std::uint8_t>(stream_.getBits(specialBits));
-            stream_.getBits(tileBits);
+        const auto take = [&](std::size_t i, std::uint32_t special, std::uint32_t) {
+            specials[i] = static_cast<std::uint8_t>(special);
+        };
+        const Repeat rest = readCellWords(specials.size(), take);
+        for (std::size_t i = rest.from; i < specials.size(); ++i) {
+            take(i, rest.special, rest.tile);
         }
         level_.setDefaultSpecials(std::move(specials));
     }
@@ -103,11 +111,62 @@ private:
             return false;
         }
         level_.resizeCells();
-        for (auto& cell : level_.cells()) {
-            cell.special = static_cast<std::uint8_t>(stream_.getBits(specialBits));
-            cell.tile = static_cast<std::int16_t>(stream_.getBits(tileBits));
+        const auto cells = level_.cells();
+        const Repeat rest = readCellWords(
+            cells.size(), [&](std::size_t i, std::uint32_t special, std::uint32_t tile) {
+                cells[i].special = static_cast<std::uint8_t>(special);
+                cells[i].tile = static_cast<std::int16_t>(tile);
+            });
+        const Cell repeated{static_cast<std::int16_t>(rest.tile),
+                            static_cast<std::uint8_t>(rest.special), 0};
+        if (rest.from < cells.size() && (repeated.tile != 0 || repeated.special != 0)) {
+            std::fill(cells.begin() + static_cast<std::ptrdiff_t>(rest.from), cells.end(),
+                      repeated);
         }
         return true;
+    }
+
+    // The words from `from` on, which all read the same.
+    struct Repeat {
+        std::size_t from;
+        std::uint32_t special;
+        std::uint32_t tile;
+    };
+
+    // Reads count words of a special and a tile each, handing each to take
+    // until the rest are known to repeat. The words that lie wholly in the
+    // data are decoded straight from a copy of their bytes; a level is mostly
+    // such words, and taking them bit by bit made reading one cost
+    // milliseconds. The rest go through getBits, which says what a short file
+    // reads as: once it is stuck at the spare byte every word is the same, and
+    // a short file may claim a million cells.
+    template <typename Take> Repeat readCellWords(std::size_t count, Take take) {
+        std::size_t done = 0;
+        if (stream_.bitOffset() == 0) {
+            const auto whole =
+                static_cast<std::size_t>(std::min<std::int64_t>(count, remainingBytes() / 2));
+            std::vector<std::uint8_t> bytes(whole * 2);
+            stream_.getData(bytes);
+            for (; done < whole; ++done) {
+                const std::uint32_t word = bytes[2 * done] << 8 | bytes[2 * done + 1];
+                take(done, word >> tileBits, word & tileMask);
+            }
+        }
+        for (; done < count; ++done) {
+            const bool wasStuck = stuckAtEnd();
+            const auto special = static_cast<std::uint32_t>(stream_.getBits(specialBits));
+            const auto tile = static_cast<std::uint32_t>(stream_.getBits(tileBits));
+            take(done, special, tile);
+            if (wasStuck && stuckAtEnd() && !stream_.autoExpand) {
+                return {done + 1, special, tile};
+            }
+        }
+        return {count, 0, 0};
+    }
+
+    // At the spare byte's first bit, where a stream without autoExpand stays.
+    bool stuckAtEnd() const {
+        return stream_.byteOffset() == stream_.Size() && stream_.bitOffset() == 0;
     }
 
     clsLevel& level_;
@@ -149,9 +208,18 @@ public:
         stream_.putZeroBytes(paletteBlockSize - static_cast<std::int32_t>(used));
     }
 
-    void cellWord(std::uint8_t special, std::int16_t tile) {
-        stream_.putBits(special, specialBits);
-        stream_.putBits(tile, tileBits);
+    // count words of a special and a tile each, built in memory and written
+    // in one step rather than bit by bit.
+    template <typename CellAt> void cellWords(std::size_t count, CellAt cellAt) {
+        std::vector<std::uint8_t> bytes(count * 2);
+        for (std::size_t i = 0; i < count; ++i) {
+            const Cell cell = cellAt(i);
+            const std::uint32_t word = (std::uint32_t{cell.special} & specialMask) << tileBits |
+                                       (static_cast<std::uint32_t>(cell.tile) & tileMask);
+            bytes[2 * i] = static_cast<std::uint8_t>(word >> 8);
+            bytes[2 * i + 1] = static_cast<std::uint8_t>(word);
+        }
+        stream_.putData(bytes);
     }
 
 private:
@@ -171,14 +239,23 @@ std::size_t cellCountToWrite(const clsLevel& level) {
 
 } // namespace
 
-bool clsLevel::loadFromBits(clsBitStream& stream, clsPalette& palette) {
+bool clsLevel::loadFromBits(clsBitStream& stream, clsPalette& palette,
+                            std::vector<LevelChunk>* chunksRead) {
     // An empty stream is what a file that did not unpack leaves behind.
     if (!stream.bufferGet()->hasStorage() || stream.Size() == 0) {
         return false;
     }
+    constexpr std::int32_t headerSize = 8;
     LevelReader reader(*this, stream, palette);
     do {
-        if (!reader.readChunk()) {
+        LevelChunk chunk;
+        chunk.offset = stream.byteOffset();
+        const bool accepted = reader.readChunk(chunk);
+        if (chunksRead != nullptr) {
+            chunk.bytesRead = std::max(0, stream.byteOffset() - chunk.offset - headerSize);
+            chunksRead->push_back(std::move(chunk));
+        }
+        if (!accepted) {
             return false;
         }
     } while (!stream.endOfStream());
@@ -213,15 +290,13 @@ void clsLevel::writeTo(clsBitStream& stream, const clsPalette& palette) const {
     // Short tables are padded so that the chunk holds what its length says.
     const auto entries = std::max(defaultSpecials_.size(), fileDefaultSpecials);
     writer.header("IFFC", static_cast<std::int32_t>(entries * 2));
-    for (std::size_t i = 0; i < entries; ++i) {
-        writer.cellWord(i < defaultSpecials_.size() ? defaultSpecials_[i] : 0, 0);
-    }
+    writer.cellWords(entries, [this](std::size_t i) {
+        return Cell{0, i < defaultSpecials_.size() ? defaultSpecials_[i] : std::uint8_t{0}, 0};
+    });
 
     writer.header("BODY", static_cast<std::int32_t>(cellCount * 2));
-    for (std::size_t i = 0; i < cellCount; ++i) {
-        const auto cell = i < cells_.size() ? cells_[i] : Cell{};
-        writer.cellWord(cell.special, cell.tile);
-    }
+    writer.cellWords(cellCount,
+                     [this](std::size_t i) { return i < cells_.size() ? cells_[i] : Cell{}; });
 }
 
 void clsLevel::saveToFile(const std::string& /*name*/, const clsPalette& palette) {

@@ -24,9 +24,7 @@ namespace fs = std::filesystem;
         throw;
     } catch (const ConfigurationError& error) {
         const fs::path file = error.file().empty() ? candidates.front() : error.file();
-        const std::string where =
-            error.line() > 0 ? "line " + std::to_string(error.line()) + ": " : std::string();
-        throw FileError(file, where + error.description());
+        throw FileError(file, error.located());
     } catch (const SpecialDefinitionError& error) {
         // Its message starts with the configuration the definition came from.
         const std::string message = error.what();

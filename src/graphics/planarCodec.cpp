@@ -220,6 +220,11 @@ void growFor(clsBitStream& stream, std::uint64_t bits) {
     }
 }
 
+// At the spare byte's first bit, where a stream without autoExpand stays.
+bool stuckAtEnd(const clsBitStream& stream) {
+    return !stream.autoExpand && stream.byteOffset() == stream.Size() && stream.bitOffset() == 0;
+}
+
 } // namespace
 
 void readPlanes(clsBitStream& stream, std::span<std::uint8_t> pixels, int planes) {
@@ -229,11 +234,31 @@ void readPlanes(clsBitStream& stream, std::span<std::uint8_t> pixels, int planes
         xorPlanesFrom(bytesFromCursor(stream), stream.bitOffset(), direct, pixels);
         advance(stream, direct);
     }
-    for (std::uint64_t bit = direct; bit < total; ++bit) {
+    const auto flip = [&pixels](std::uint64_t bit) {
+        pixels[static_cast<std::size_t>(bit % pixels.size())] ^=
+            static_cast<std::uint8_t>(1u << (bit / pixels.size()));
+    };
+    std::uint64_t bit = direct;
+    for (; bit < total && !stuckAtEnd(stream); ++bit) {
         if (stream.getBit() != 0) {
-            pixels[static_cast<std::size_t>(bit % pixels.size())] ^=
-                static_cast<std::uint8_t>(1u << (bit / pixels.size()));
+            flip(bit);
         }
+    }
+    if (bit == total) {
+        return;
+    }
+    // From here on getBit would read the spare byte's bits over and over, for
+    // as many bits as the image claims; a spare byte of zeros flips nothing.
+    const std::uint8_t spare = stream.bufferGet()->getByte(stream.Size());
+    const std::uint64_t left = total - bit;
+    for (std::uint64_t k = 0; spare != 0 && k < left; ++k) {
+        if (((spare >> (7 - k % 8)) & 1) != 0) {
+            flip(bit + k);
+        }
+    }
+    // The cursor ends where reading bit by bit leaves it.
+    for (std::uint64_t k = 0; k < left % 8; ++k) {
+        stream.getBit();
     }
 }
 

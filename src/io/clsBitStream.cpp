@@ -1,5 +1,6 @@
 #include "io/clsBitStream.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -139,25 +140,70 @@ std::string clsBitStream::getString(std::int32_t n) {
 }
 
 void clsBitStream::putData(std::span<const std::uint8_t> source) {
+    if (source.empty()) {
+        return;
+    }
+    if (std::uint8_t* target = bytesAt(static_cast<std::int64_t>(source.size()))) {
+        std::ranges::copy(source, target);
+        position_ += static_cast<std::int32_t>(source.size());
+        return;
+    }
     for (const auto byte : source) {
         putByte(byte);
     }
 }
 
 void clsBitStream::getData(std::span<std::uint8_t> destination) {
+    if (!destination.empty() && withinData(static_cast<std::int64_t>(destination.size()))) {
+        std::copy_n(buffer_->ptrData() + position_, destination.size(), destination.begin());
+        position_ += static_cast<std::int32_t>(destination.size());
+        bitPosition_ = 0;
+        return;
+    }
     for (auto& byte : destination) {
         byte = getByte();
     }
 }
 
 void clsBitStream::putZeroBytes(std::int32_t n) {
+    if (std::uint8_t* target = n > 0 ? bytesAt(n) : nullptr) {
+        std::fill_n(target, n, std::uint8_t{0});
+        position_ += n;
+        return;
+    }
     for (std::int32_t i = 0; i < n; ++i) {
         putByte(0);
     }
 }
 
+// n whole bytes from the cursor end no further than the spare byte, so byte
+// by byte the cursor would never meet the end of the stream.
+bool clsBitStream::withinData(std::int64_t n) const {
+    return position_ >= 0 && std::int64_t{position_} + n <= Size();
+}
+
+// Where n bytes written byte by byte would go, when they can go there in one
+// step: inside the data, or in a growing stream made long enough first.
+// Null when they cannot.
+std::uint8_t* clsBitStream::bytesAt(std::int64_t n) {
+    if (!withinData(n)) {
+        const std::int64_t end = std::int64_t{position_} + n;
+        if (!autoExpand || position_ < 0 || position_ > Size() ||
+            end > clsDataBuffer::maximumSize) {
+            return nullptr;
+        }
+        buffer_->Resize(static_cast<std::int32_t>(end));
+    }
+    bitPosition_ = 0;
+    return buffer_->ptrData() + position_;
+}
+
 void clsBitStream::putBits(std::int32_t value, int count) {
     checkBitCount(count);
+    if (count > 0 && withinBuffer(count)) {
+        xorBitsInPlace(static_cast<std::uint32_t>(value), count);
+        return;
+    }
     const auto bits = static_cast<std::uint32_t>(value);
     for (int i = count - 1; i >= 0; --i) {
         if ((bits >> i) & 1u) {
@@ -172,6 +218,9 @@ void clsBitStream::putBits(std::int32_t value, int count) {
 
 std::int32_t clsBitStream::getBits(int count) {
     checkBitCount(count);
+    if (count > 0 && withinBuffer(count)) {
+        return static_cast<std::int32_t>(readBitsInPlace(count));
+    }
     std::uint32_t result = 0;
     for (int i = count - 1; i >= 0; --i) {
         if (buffer_->getByte(position_) & currentMask()) {
@@ -182,6 +231,48 @@ std::int32_t clsBitStream::getBits(int count) {
         }
     }
     return static_cast<std::int32_t>(result);
+}
+
+// Where the cursor ends after count bits. When that is no further than the
+// spare byte, stepping bit by bit never meets the end of the stream, so the
+// bits can be taken a byte at a time; a growing stream grows first.
+bool clsBitStream::withinBuffer(int count) {
+    const std::int64_t end = std::int64_t{position_} + (bitPosition_ + count) / 8;
+    if (position_ < 0 || end > Size()) {
+        if (!autoExpand || position_ < 0 || position_ > Size() ||
+            end > clsDataBuffer::maximumSize) {
+            return false;
+        }
+        buffer_->Resize(static_cast<std::int32_t>(end));
+    }
+    return true;
+}
+
+void clsBitStream::xorBitsInPlace(std::uint32_t value, int count) {
+    const int end = bitPosition_ + count;
+    const int bytes = (end + 7) / 8;
+    const std::uint64_t mask = (std::uint64_t{1} << count) - 1;
+    const std::uint64_t bits = (value & mask) << (bytes * 8 - end);
+    std::uint8_t* data = buffer_->ptrData() + position_;
+    for (int i = 0; i < bytes; ++i) {
+        data[i] ^= static_cast<std::uint8_t>(bits >> ((bytes - 1 - i) * 8));
+    }
+    position_ += end / 8;
+    bitPosition_ = static_cast<std::uint8_t>(end % 8);
+}
+
+std::uint32_t clsBitStream::readBitsInPlace(int count) {
+    const int end = bitPosition_ + count;
+    const int bytes = (end + 7) / 8;
+    const std::uint8_t* data = buffer_->ptrData() + position_;
+    std::uint64_t bits = 0;
+    for (int i = 0; i < bytes; ++i) {
+        bits = bits << 8 | data[i];
+    }
+    position_ += end / 8;
+    bitPosition_ = static_cast<std::uint8_t>(end % 8);
+    const std::uint64_t mask = (std::uint64_t{1} << count) - 1;
+    return static_cast<std::uint32_t>((bits >> (bytes * 8 - end)) & mask);
 }
 
 void clsBitStream::putBit(std::int32_t value) {

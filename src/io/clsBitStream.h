@@ -81,6 +81,13 @@ private:
     bool nextByte();
     bool nextBit();
     std::uint8_t currentMask() const noexcept;
+    // True when count bits from the cursor lie in the buffer (after growing
+    // it, for a growing stream), so that they can be handled bytewise.
+    bool withinBuffer(int count);
+    bool withinData(std::int64_t n) const;
+    std::uint8_t* bytesAt(std::int64_t n);
+    void xorBitsInPlace(std::uint32_t value, int count);
+    std::uint32_t readBitsInPlace(int count);
 
     std::shared_ptr<clsDataBuffer> buffer_;
     std::int32_t position_ = 0;

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <random>
 #include <string>
+#include <system_error>
 
 namespace marvek::tool {
 namespace {
@@ -42,6 +43,13 @@ OpenedLevel makeBenchWorld(const fs::path& applicationFolder) {
 }
 
 OpenedLevel loadBenchWorld(const fs::path& applicationFolder, const fs::path& dataFolder) {
+    std::error_code error;
+    if (!fs::exists(dataFolder, error)) {
+        throw FileError(dataFolder, "the folder does not exist");
+    }
+    if (!fs::is_directory(dataFolder, error)) {
+        throw FileError(dataFolder, "is a file, not a folder");
+    }
     const NameList levels = listLevels(dataFolder, "");
     if (levels.names.empty()) {
         throw FileError(dataFolder, "the folder holds no level files");

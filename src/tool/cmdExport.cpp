@@ -109,7 +109,13 @@ int exportLevel(const ExportArguments& parsed) {
         {parsed.applicationFolder, parsed.dataFolder, parsed.level, parsed.configuration, false});
     // Without the font, special numbers are left out rather than failing.
     clsFont font;
-    font.loadFromFile(findFile(parsed.applicationFolder, "fonts/game.bmp"));
+    const fs::path fontPath = findFile(parsed.applicationFolder, "fonts/game.bmp");
+    if (!font.loadFromFile(fontPath)) {
+        std::fprintf(stderr,
+                     "marvek-tool: %s: no usable font, so the numbers of the specials will be "
+                     "missing from the picture\n",
+                     fontPath.c_str());
+    }
     const clsBackBuffer picture = renderLevelExport(opened.level, opened.tileSet, opened.specialSet,
                                                     exportChoice(parsed, opened.specialSet, font));
     writeExportPicture(picture, parsed.output);

@@ -7,62 +7,30 @@
 
 #include <array>
 #include <cstdio>
-#include <optional>
-#include <span>
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace marvek::tool {
 namespace {
 
-struct ChunkEntry {
-    std::string id;
-    std::uint32_t length = 0;
-    std::size_t offset = 0;
-};
+namespace fs = std::filesystem;
 
-std::uint32_t bigEndian32(std::span<const std::uint8_t> bytes, std::size_t at) {
-    std::uint32_t value = 0;
-    for (std::size_t i = 0; i < 4; ++i) {
-        value = value << 8 | bytes[at + i];
-    }
-    return value;
-}
-
-std::string printableId(std::span<const std::uint8_t> bytes, std::size_t at) {
-    std::string id;
-    for (std::size_t i = 0; i < 4; ++i) {
-        const auto c = bytes[at + i];
-        id += (c >= 0x20 && c < 0x7F) ? static_cast<char>(c) : '?';
-    }
-    return id;
-}
-
-// The chunks in file order; throws when one runs past the end of the data.
-std::vector<ChunkEntry> walkChunks(std::span<const std::uint8_t> bytes) {
-    constexpr std::size_t headerSize = 8;
-    std::vector<ChunkEntry> chunks;
-    std::size_t offset = 0;
-    while (offset < bytes.size()) {
-        if (bytes.size() - offset < headerSize) {
-            throw std::runtime_error("a chunk header at offset " + std::to_string(offset) +
-                                     " is cut off");
-        }
-        ChunkEntry chunk{printableId(bytes, offset), bigEndian32(bytes, offset + 4), offset};
-        if (chunk.length > bytes.size() - offset - headerSize) {
-            throw std::runtime_error("chunk " + chunk.id + " at offset " + std::to_string(offset) +
-                                     " runs past the end of the data");
-        }
-        offset += headerSize + chunk.length;
-        chunks.push_back(std::move(chunk));
-    }
-    return chunks;
-}
-
-void printChunks(const std::vector<ChunkEntry>& chunks) {
+// The reader's own account: the stated length, and what it really took
+// where that differs.
+void printChunks(const std::vector<LevelChunk>& chunks) {
     std::printf("chunks:\n");
     for (const auto& chunk : chunks) {
-        std::printf("  %s %6u bytes at %zu\n", chunk.id.c_str(), chunk.length, chunk.offset);
+        std::string id;
+        for (const char c : chunk.id) {
+            id += (c >= 0x20 && c < 0x7F) ? c : '?';
+        }
+        std::printf("  %s %6u bytes at %d", id.c_str(), chunk.statedLength, chunk.offset);
+        if (static_cast<std::uint32_t>(chunk.bytesRead) != chunk.statedLength) {
+            std::printf(" (read as %d)", chunk.bytesRead);
+        }
+        std::printf("\n");
     }
 }
 
@@ -94,22 +62,50 @@ int fail(const std::string& path, const std::string& reason) {
     return 1;
 }
 
+// Why the reader refused the level, from the chunk it stopped at.
+std::string refusal(const std::vector<LevelChunk>& chunks, const clsLevel& level,
+                    std::size_t length) {
+    if (!chunks.empty() && chunks.back().id == "WGMP") {
+        return "not a level that loads: WGMP does not state the data's length of " +
+               std::to_string(length) + " bytes";
+    }
+    if (!chunks.empty() && chunks.back().id == "BODY") {
+        return "not a level that loads: the map size is " + std::to_string(level.width) + " x " +
+               std::to_string(level.height) + " when BODY is reached";
+    }
+    return "not a level that loads";
+}
+
+void checkIsFile(const fs::path& path) {
+    std::error_code error;
+    if (fs::is_directory(path, error)) {
+        throw FileError(path, "is a folder, not a file");
+    }
+    if (!fs::exists(path, error)) {
+        throw FileError(path, "the file does not exist");
+    }
+    if (fs::file_size(path, error) == 0 && !error) {
+        throw FileError(path, "the file is empty");
+    }
+}
+
 int describe(const std::string& path) {
+    checkIsFile(path);
     std::string unpackFailure;
     clsBitStream stream = getFileBits(path, &unpackFailure);
     if (!unpackFailure.empty()) {
         return fail(path, "does not unpack: " + unpackFailure);
     }
-    const auto bytes = stream.bufferGet()->data();
-    const auto chunks = walkChunks(bytes);
+    const std::size_t length = stream.bufferGet()->data().size();
     clsLevel level;
     clsPalette palette;
-    if (!level.loadFromBits(stream, palette)) {
-        return fail(path, "not a level that loads (wrong WGMP length or map size)");
+    std::vector<LevelChunk> chunks;
+    if (!level.loadFromBits(stream, palette, &chunks)) {
+        return fail(path, refusal(chunks, level, length));
     }
     std::printf("file: %s\n", path.c_str());
     std::printf("packed: %s\n", isFileIMP(path) ? "yes" : "no");
-    std::printf("unpacked length: %zu\n", bytes.size());
+    std::printf("unpacked length: %zu\n", length);
     std::printf("size: %d x %d\n", level.width, level.height);
     printChunks(chunks);
     printSpecialCounts(level);

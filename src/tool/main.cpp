@@ -1,7 +1,9 @@
 // marvek-tool: the command-line companion of the editor.
 #include "tool/commands.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <string_view>
 
 namespace {
@@ -11,6 +13,16 @@ void printUsage(std::FILE* out) {
     for (const auto& command : marvek::tool::commands()) {
         std::fprintf(out, "  %s\n", command.usage);
     }
+}
+
+// Output that never arrived (a full disk, a closed pipe) is a failure too.
+bool outputWritten() {
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) {
+        return true;
+    }
+    std::fprintf(stderr, "marvek-tool: cannot write the output: %s\n",
+                 errno != 0 ? std::strerror(errno) : "write error");
+    return false;
 }
 
 } // namespace
@@ -23,11 +35,13 @@ int main(int argc, char** argv) {
     const std::string_view name = argv[1];
     if (name == "--help" || name == "-h" || name == "help") {
         printUsage(stdout);
-        return 0;
+        return outputWritten() ? 0 : 1;
     }
     for (const auto& command : marvek::tool::commands()) {
         if (name == command.name) {
-            return command.run(marvek::tool::Arguments(argv + 2, argv + argc), command.usage);
+            const int status =
+                command.run(marvek::tool::Arguments(argv + 2, argv + argc), command.usage);
+            return outputWritten() ? status : 1;
         }
     }
     std::fprintf(stderr, "marvek-tool: unknown command '%s'\n", argv[1]);

@@ -385,6 +385,26 @@ TEST(ConfigurationFiles, SaveAndLoadRawLatin1BytesAndErrorsNameTheFile) {
     EXPECT_EQ(error->file(), path);
     EXPECT_EQ(error->line(), 2);
     EXPECT_EQ(error->what(), path.string() + ", line 2: Spaces not allowed in key names.");
+
+    // A string without its ";" on line 22 is noticed on line 23; the message
+    // names line 22 only.
+    std::string text;
+    for (int line = 1; line < 22; ++line) {
+        text += "k" + std::to_string(line) + " = 1;\n";
+    }
+    text += "name = \"x\"\nnext = 2;\n";
+    writeText(path, text);
+    const auto missing = failureOf<ConfigurationError>([&] { read.LoadConfiguration(path); });
+    ASSERT_TRUE(missing);
+    EXPECT_EQ(missing->line(), 23);
+    EXPECT_EQ(missing->what(),
+              path.string() + ": Invalid assignment on line 22. Forgot an assignment terminator?");
+    EXPECT_EQ(missing->located(),
+              "Invalid assignment on line 22. Forgot an assignment terminator?");
+    EXPECT_EQ(missing->messageFor("other.cfg"),
+              "other.cfg: Invalid assignment on line 22. Forgot an assignment terminator?");
+    EXPECT_EQ(error->messageFor("other.cfg"),
+              "other.cfg, line 2: Spaces not allowed in key names.");
 }
 
 } // namespace

@@ -67,6 +67,62 @@ TEST(clsBitStreamWrite, PutBitsTogglesWhilePutBitSetsAndClears) {
     EXPECT_EQ(dataOf(bits), Bytes{0x87});
 }
 
+// Runs of bits are handled a byte at a time; they must land exactly where
+// single bits would, also where a stream grows or ends.
+TEST(clsBitStreamBits, RunsMatchSingleBits) {
+    std::uint32_t seed = 12345;
+    const auto next = [&seed] {
+        seed = seed * 1103515245u + 12345u;
+        return seed >> 8;
+    };
+    auto runs = growingStream();
+    auto singles = growingStream();
+    std::vector<std::pair<std::int32_t, int>> written;
+    for (int i = 0; i < 300; ++i) {
+        const int count = static_cast<int>(next() % 32);
+        const auto value = static_cast<std::int32_t>(next() & 0x7FFFFFFF);
+        runs.putBits(value, count);
+        for (int bit = count - 1; bit >= 0; --bit) {
+            singles.putBit((value >> bit) & 1);
+        }
+        written.emplace_back(value, count);
+    }
+    ASSERT_EQ(allBytes(runs), allBytes(singles));
+    ASSERT_EQ(runs.bitOffset(), singles.bitOffset());
+
+    auto reader = streamOver(allBytes(runs), 0xA5);
+    for (const auto& [value, count] : written) {
+        const auto mask = static_cast<std::int32_t>((std::uint64_t{1} << count) - 1);
+        ASSERT_EQ(reader.getBits(count), value & mask);
+    }
+    // Past the end, reading stops in the spare byte.
+    auto ending = streamOver({0xFF}, 0xA5);
+    EXPECT_EQ(ending.getBits(20), 0xFFA50);
+    EXPECT_EQ(ending.byteOffset(), 1);
+}
+
+// Blocks of bytes are copied in one step where they fit; across the end of a
+// fixed stream they behave byte by byte.
+TEST(clsBitStreamBits, BlocksMatchSingleBytes) {
+    auto fixed = streamOver({1, 2, 3}, 9);
+    fixed.getBits(3);
+    std::array<std::uint8_t, 2> inside{};
+    fixed.getData(inside);
+    EXPECT_EQ(inside, (std::array<std::uint8_t, 2>{1, 2}));
+    std::array<std::uint8_t, 3> across{};
+    fixed.getData(across);
+    EXPECT_EQ(across, (std::array<std::uint8_t, 3>{3, 9, 9}));
+    fixed.seekTo(1);
+    fixed.putData(std::array<std::uint8_t, 4>{7, 8, 5, 6});
+    EXPECT_EQ(allBytes(fixed), (Bytes{1, 7, 8, 6}));
+
+    auto growing = growingStream();
+    growing.putBits(1, 1);
+    growing.putData(std::array<std::uint8_t, 2>{4, 5});
+    growing.putZeroBytes(2);
+    EXPECT_EQ(allBytes(growing), (Bytes{4, 5, 0, 0, 0}));
+}
+
 TEST(clsBitStreamRead, NumbersStringsDataAndBits) {
     auto stream =
         streamOver({0x80, 0x00, 0x42, 0x4F, 0x44, 0xE9, 0xDE, 0xAD, 0xBE, 0xEF, 1, 2, 0x16, 0x03});

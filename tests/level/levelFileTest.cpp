@@ -206,6 +206,31 @@ TEST(LevelFile, HugeStatedLengthsDoNotRunAway) {
     EXPECT_TRUE(load(ChunkBuilder().chunk("VERS", 0xFFFFFFF0, {1, 2, 3}).bytes()).loads);
 }
 
+// A body cut short reads on into the buffer's spare byte, as bit-by-bit
+// reading does: one word across it, then the same bits of it in every cell.
+TEST(LevelFile, CellsPastTheEndOfTheDataReadTheSpareByte) {
+    const Bytes bytes = ChunkBuilder()
+                            .longChunk("XBLK", 1000)
+                            .longChunk("YBLK", 1000)
+                            .chunk("BODY", 2000000, {0x14, 0x03, 0xA9})
+                            .bytes();
+    auto stream = streamOver(bytes, 0xB7);
+    clsLevel level;
+    clsPalette palette;
+    ASSERT_TRUE(level.loadFromBits(stream, palette));
+    const auto cells = level.cells();
+    ASSERT_EQ(cells.size(), 1000000U);
+    const auto expectCell = [&](std::size_t i, int special, int tile) {
+        EXPECT_EQ(cells[i].special, special) << i;
+        EXPECT_EQ(cells[i].tile, tile) << i;
+    };
+    expectCell(0, 0x14 >> 2, 0x003);
+    expectCell(1, 0xA9 >> 2, (0xA9 & 3) << 8 | 0xB7);
+    for (const std::size_t i : {std::size_t{2}, std::size_t{3}, cells.size() - 1}) {
+        expectCell(i, 0xB7 >> 2, (0xB7 & 3) << 8);
+    }
+}
+
 TEST(LevelFile, EmptyOrMismatchedStreamsFail) {
     clsLevel level;
     clsPalette palette;
@@ -241,8 +266,9 @@ TEST(InfoTool, DescribesASavedLevelAndFailsClearlyOnBadInput) {
     writeBytes(folder / "broken",
                ChunkBuilder().longChunk("XBLK", 300).chunk("BODY", 1000, {1, 2}).bytes());
     writeBytes(folder / "packed", {'I', 'M', 'P', '!', 0, 0, 1, 0, 9, 9, 9});
-    for (const auto& [name, reason] :
-         {std::pair{"nothing", ""}, {"broken", "BODY"}, {"packed", ""}}) {
+    for (const auto& [name, reason] : {std::pair{"nothing", "does not exist"},
+                                       {"broken", "300 x 0 when BODY"},
+                                       {"packed", ""}}) {
         const auto failed = runTool("info " + shellQuoted(folder / name));
         EXPECT_EQ(failed.exitCode, 1) << name;
         EXPECT_THAT(failed.errors, HasSubstr((folder / name).string()));
@@ -252,6 +278,45 @@ TEST(InfoTool, DescribesASavedLevelAndFailsClearlyOnBadInput) {
     const auto usage = runTool("info");
     EXPECT_EQ(usage.exitCode, 2);
     EXPECT_THAT(usage.errors, HasSubstr("usage"));
+}
+
+// Layouts the reader accepts but a walk by stated lengths would not: info
+// shows what the reader took.
+TEST(InfoTool, ShowsTheChunksAsTheReaderReadsThem) {
+    TempDir folder;
+    const Bytes standard = levelBytes(sampleLevel(), gamePalette());
+    const auto setLong = [](Bytes& bytes, std::size_t at, std::uint32_t value) {
+        const auto word = ChunkBuilder::bigEndian(value);
+        std::copy(word.begin(), word.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at));
+    };
+    constexpr std::size_t pala = 240;
+    constexpr std::size_t cccl = 1052;
+    constexpr std::size_t iffc = 1124;
+    Bytes longPalette = standard;
+    setLong(longPalette, pala + 4, 200);
+    Bytes emptyCccl = standard;
+    setLong(emptyCccl, cccl + 4, 0);
+    Bytes cutShort(standard.begin(), standard.begin() + iffc + 8 + 100);
+    setLong(cutShort, 8, static_cast<std::uint32_t>(cutShort.size()));
+
+    for (const auto& [name, bytes, shown] :
+         {std::tuple{"pala", longPalette,
+                     std::vector<std::string>{"PALA    200 bytes at 240 (read as 192)\n",
+                                              "PALB    192 bytes at 440\n", "BODY  50400"}},
+          {"cccl",
+           emptyCccl,
+           {"CCCL      0 bytes at 1052 (read as 64)\n", "IFFC   2048 bytes at 1124\n",
+            "BODY  50400"}},
+          {"cut",
+           cutShort,
+           {"size: 300 x 84\n", "IFFC   2048 bytes at 1124 (read as 100)\nspecials"}}}) {
+        writeBytes(folder / name, bytes);
+        const auto run = runTool("info " + shellQuoted(folder / name));
+        ASSERT_EQ(run.exitCode, 0) << name << ": " << run.errors;
+        for (const auto& line : shown) {
+            EXPECT_THAT(run.output, HasSubstr(line)) << name;
+        }
+    }
 }
 
 } // namespace

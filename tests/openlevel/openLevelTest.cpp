@@ -105,7 +105,7 @@ TEST_F(OpenLevel, AMissingOrBrokenFileIsAnErrorNamingIt) {
         {remove("app/config/world1.cfg"), "app/config/world1.cfg", ""},
         {writeConfig("world1.cfg", "tileSet = \"tiles\";"), "app/config/world1.cfg", "spriteSet"},
         {writeConfig("world1.cfg", "tileSet = \"tiles\";\nspriteSet = oops;"),
-         "app/config/world1.cfg", "line 2"},
+         "app/config/world1.cfg", "Invalid assignment on line 1."},
         {remove("app/config/common.cfg"), "app/config/common.cfg", ""},
         {writeConfig("common.cfg", "Specials { a { Id = 64; } }"), "app/config/common.cfg", "64"},
         {writeConfig("unknown.cfg", "Specials { a { Id = 5; Kind = \"sprite\"; imgOffset = "

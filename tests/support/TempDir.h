@@ -9,14 +9,13 @@
 
 namespace marvek::test {
 
-// A fresh folder under the system's temporary folder, removed with everything
-// in it when the object goes.
+// A fresh folder under the system's temporary folder (or base), removed with
+// everything in it when the object goes.
 class TempDir {
 public:
-    TempDir() {
+    explicit TempDir(const std::filesystem::path& base = std::filesystem::temp_directory_path()) {
         std::random_device random;
-        path_ = std::filesystem::temp_directory_path() /
-                ("marvek-test-" + std::to_string(random()) + std::to_string(random()));
+        path_ = base / ("marvek-test-" + std::to_string(random()) + std::to_string(random()));
         std::filesystem::create_directories(path_);
     }
     ~TempDir() {

@@ -5,12 +5,14 @@
 #include <algorithm>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace marvek::test {
 
-// A stream reading the bytes; the buffer's spare byte after them is `spare`.
-inline clsBitStream streamOver(const std::vector<std::uint8_t>& bytes, std::uint8_t spare = 0) {
+// A stream reading a copy of the bytes; the buffer's spare byte after them is
+// `spare`.
+inline clsBitStream streamOver(std::span<const std::uint8_t> bytes, std::uint8_t spare = 0) {
     auto buffer = std::make_shared<clsDataBuffer>();
     buffer->Create(static_cast<std::int32_t>(bytes.size()));
     std::copy(bytes.begin(), bytes.end(), buffer->data().begin());
@@ -18,6 +20,9 @@ inline clsBitStream streamOver(const std::vector<std::uint8_t>& bytes, std::uint
     clsBitStream stream;
     stream.loadFromBuffer(buffer);
     return stream;
+}
+inline clsBitStream streamOver(const std::vector<std::uint8_t>& bytes, std::uint8_t spare = 0) {
+    return streamOver(std::span<const std::uint8_t>(bytes), spare);
 }
 
 // An empty stream that grows as it is written.

@@ -167,8 +167,10 @@ private:
         enum class Last { ground, pit, plateau } last = Last::ground;
         while (x < W - 18) {
             if (last == Last::ground && x > 30 && x < W - 40 && random_.oneIn(5)) {
-                x = raiseGround(x, random_.between(10, 18),
-                                random_.between(highestPlateau, lowestPlateau));
+                // One draw at a time: the order of a call's arguments is the
+                // compiler's choice.
+                const std::int32_t plateau = random_.between(highestPlateau, lowestPlateau);
+                x = raiseGround(x, random_.between(10, 18), plateau);
                 last = Last::plateau;
             } else if (last != Last::plateau && random_.oneIn(3)) {
                 x = digPit(x, random_.between(3, 6));

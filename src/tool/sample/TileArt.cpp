@@ -18,7 +18,10 @@ void speckle(Canvas& canvas, std::uint32_t seed, std::uint8_t colour, int count,
              std::int32_t top = 0) {
     Random random(seed);
     for (int i = 0; i < count; ++i) {
-        canvas.set(random.between(0, S - 1), random.between(top, S - 1), colour);
+        // Two draws in one call would come in an order each compiler picks.
+        const std::int32_t y = random.between(top, S - 1);
+        const std::int32_t x = random.between(0, S - 1);
+        canvas.set(x, y, colour);
     }
 }
 
