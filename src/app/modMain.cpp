@@ -63,15 +63,6 @@ void loadEditorFont(SharedObjects& shared) {
     }
 }
 
-QString describe(const ConfigurationError& error, const fs::path& fallbackFile) {
-    const fs::path file = error.file().empty() ? fallbackFile : error.file();
-    QString text = toQString(file);
-    if (error.line() > 0) {
-        text += QString(", line %1").arg(error.line());
-    }
-    return text + ": " + toQString(error.description());
-}
-
 } // namespace
 
 fs::path editorFontPath(const SharedObjects& shared) {
@@ -95,7 +86,7 @@ std::optional<int> startProgram(SharedObjects& shared, StartupWindows& windows) 
         }
         loadEditorFont(shared);
     } catch (const ConfigurationError& error) {
-        shared.messages->showFatal(nullptr, describe(error, shared.settingsFile()));
+        shared.messages->showFatal(nullptr, toQString(error.messageFor(shared.settingsFile())));
         return exitProgram(shared, windows, exitFailed);
     } catch (const FileError& error) {
         shared.messages->showFatal(nullptr, QString::fromStdString(error.what()));

@@ -116,7 +116,7 @@ TEST_F(Startup, ADefaultLevelThatDoesNotLoadSaysSoAndEnds) {
     EXPECT_EQ(windows_->mainWindow(), nullptr);
 
     // A configuration with a syntax error names its file and line.
-    writeText(appFolder() / "config" / "broken.cfg", "tileSet = \"L1BM\"\nspriteSet = 5b;\n");
+    writeText(appFolder() / "config" / "broken.cfg", "tileSet = \"L1BM\";\nspriteSet = 5b;\n");
     writeSettings(dataFolder().string(), "L1MA1", "broken");
     EXPECT_EQ(startProgram(*shared_, *windows_), exitFailed);
     const QString broken = messages_->shown.back().text;
