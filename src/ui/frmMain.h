@@ -132,6 +132,10 @@ private:
     void layOut();
 
     void loadOptions();
+    // A level just opened: fresh editing state, views sized and drawn.
+    void showNewLevel();
+    // Undo or redo, whichever side is given.
+    void takeBack(std::string (UndoHistory::*side)(clsLevel&));
     void resetEditState();
     void createBuffers();
     void updatePaletteScroll();

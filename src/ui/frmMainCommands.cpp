@@ -64,10 +64,7 @@ bool frmMain::fileOpen() {
                                messageStyle::exclamation);
         return false;
     }
-    resetEditState();
-    createBuffers();
-    renderLevel();
-    renderPalette();
+    showNewLevel();
     return true;
 }
 
@@ -130,17 +127,17 @@ void frmMain::editLevel(const std::string& stepName, const std::function<void(cl
 }
 
 void frmMain::editUndo() {
-    releaseModifiers();
-    if (opened_ && !history_.undo(opened_->level).empty()) {
-        opened_->level.modified = true;
-        renderLevel();
-    }
-    updateCommands();
+    takeBack(&UndoHistory::undo);
 }
 
 void frmMain::editRedo() {
+    takeBack(&UndoHistory::redo);
+}
+
+void frmMain::takeBack(std::string (UndoHistory::*side)(clsLevel&)) {
     releaseModifiers();
-    if (opened_ && !history_.redo(opened_->level).empty()) {
+    if (opened_ && !(history_.*side)(opened_->level).empty()) {
+        // The grid no longer matches the file, whichever way it went.
         opened_->level.modified = true;
         renderLevel();
     }

@@ -41,11 +41,15 @@ bool frmMain::initialLoad() {
                                messageStyle::exclamation);
         return false;
     }
+    showNewLevel();
+    return true;
+}
+
+void frmMain::showNewLevel() {
     resetEditState();
     createBuffers();
     renderLevel();
     renderPalette();
-    return true;
 }
 
 bool frmMain::useConfig(const std::filesystem::path& levelFile, const QString& configuration,

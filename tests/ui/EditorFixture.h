@@ -30,6 +30,15 @@ namespace marvek::test {
 
 namespace fs = std::filesystem;
 
+// The window's control of that name; a test that names a missing one fails.
+template <typename Widget> Widget& child(QWidget& window, const char* name) {
+    auto* found = window.findChild<Widget*>(name);
+    if (found == nullptr) {
+        throw std::runtime_error(std::string("no control ") + name);
+    }
+    return *found;
+}
+
 class EditorFixture : public ::testing::Test {
 protected:
     EditorFixture() {

@@ -17,14 +17,6 @@ namespace {
 
 using Dialogs = EditorFixture;
 
-template <typename Widget> Widget& child(QWidget& window, const char* name) {
-    auto* found = window.findChild<Widget*>(name);
-    if (found == nullptr) {
-        throw std::runtime_error(std::string("no control ") + name);
-    }
-    return *found;
-}
-
 std::set<QString> entries(const QComboBox& list) {
     std::set<QString> names;
     for (int i = 0; i < list.count(); ++i) {

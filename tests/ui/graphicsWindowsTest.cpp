@@ -22,14 +22,6 @@ namespace {
 
 using GraphicsWindows = EditorFixture;
 
-template <typename Widget> Widget& child(QWidget& window, const char* name) {
-    auto* found = window.findChild<Widget*>(name);
-    if (found == nullptr) {
-        throw std::runtime_error(std::string("no control ") + name);
-    }
-    return *found;
-}
-
 // The file's data, unpacked when packed.
 std::vector<std::uint8_t> unpacked(const fs::path& file) {
     return readPictureFile(file);

@@ -15,14 +15,6 @@ namespace {
 
 using MainWindow = EditorFixture;
 
-template <typename Widget> Widget& child(QWidget& window, const char* name) {
-    auto* found = window.findChild<Widget*>(name);
-    if (found == nullptr) {
-        throw std::runtime_error(std::string("no control ") + name);
-    }
-    return *found;
-}
-
 void typeKey(QWidget& window, char key) {
     QTest::keyClick(&window, key);
 }
