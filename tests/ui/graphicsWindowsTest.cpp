@@ -27,6 +27,16 @@ std::vector<std::uint8_t> unpacked(const fs::path& file) {
     return readPictureFile(file);
 }
 
+// A 24-bit bitmap, which has no palette to offer.
+fs::path writeTrueColourBitmap(const fs::path& path) {
+    clsBackBuffer picture;
+    picture.Create(16, 16, 1);
+    clsBitmap bitmap;
+    bitmap.createFromBackBuffer(picture);
+    bitmap.writeToFile(path);
+    return path;
+}
+
 void setNumber(QWidget& window, const char* name, int value) {
     child<QLineEdit>(window, name).setText(QString::number(value));
 }
@@ -88,12 +98,7 @@ TEST_F(GraphicsWindows, AnImportWithoutAPaletteWritesNothing) {
     frmMain& window = startEditor();
     const fs::path tiles = dataFolder() / "L1BM";
     const auto before = readBytes(tiles);
-    const fs::path truecolour = root_.path() / "photo.bmp";
-    clsBackBuffer picture;
-    picture.Create(16, 16, 1);
-    clsBitmap bitmap;
-    bitmap.createFromBackBuffer(picture);
-    bitmap.writeToFile(truecolour);
+    const fs::path truecolour = writeTrueColourBitmap(root_.path() / "photo.bmp");
     whenModal([&](QWidget& browser) {
         auto& files = child<QListWidget>(browser, "lstFiles");
         files.setCurrentItem(files.findItems("L1BM", Qt::MatchExactly).front());
@@ -114,12 +119,7 @@ TEST_F(GraphicsWindows, APaletteChangeReachesTheSavedLevel) {
     dialogs_->colourAnswers = {chosen};
     whenModal([&](QWidget& editor) {
         // A 24-bit bitmap is refused with the message.
-        const fs::path truecolour = root_.path() / "photo.bmp";
-        clsBackBuffer picture;
-        picture.Create(4, 4, 1);
-        clsBitmap bitmap;
-        bitmap.createFromBackBuffer(picture);
-        bitmap.writeToFile(truecolour);
+        const fs::path truecolour = writeTrueColourBitmap(root_.path() / "photo.bmp");
         dialogs_->fileAnswers = {{toQString(truecolour)}};
         child<QPushButton>(editor, "cmdImport").click();
         auto& boxes = child<PictureBox>(editor, "picPalette");
