@@ -9,7 +9,6 @@
 #include <fcntl.h>
 #include <fstream>
 #include <optional>
-#include <random>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -97,10 +96,11 @@ bool isReadOnly(const fs::path& file, const struct stat& status) {
 class TemporaryFile {
 public:
     TemporaryFile(const fs::path& target, const fs::path& reportAs, mode_t mode) {
-        std::random_device random;
+        // O_EXCL makes the name unique; the number only steps past a file
+        // another thread of this process is writing.
         const std::string prefix = temporaryPrefix(target) + std::to_string(::getpid()) + "-";
         for (int attempt = 0; attempt < temporaryNameAttempts && descriptor_ < 0; ++attempt) {
-            path_ = folderOf(target) / (prefix + std::to_string(random() % 1000000));
+            path_ = folderOf(target) / (prefix + std::to_string(attempt));
             descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
             if (descriptor_ < 0 && errno != EEXIST) {
                 break;
