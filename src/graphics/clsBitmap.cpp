@@ -4,6 +4,7 @@
 #include "io/atomicWrite.h"
 #include "native/bmpRunLength.h"
 #include "native/marvek.h"
+#include "native/surface.h"
 
 #include <algorithm>
 #include <cstring>
@@ -125,6 +126,11 @@ std::string headerRefusal(const clsBitmap::FileHeader& file, const clsBitmap::In
     const std::int64_t rows = rowCount(info);
     if (info.width < 1 || info.width > maximumSide || rows < 1 || rows > maximumSide) {
         return "the width or height is out of range";
+    }
+    // A few bytes of RLE data may describe a picture of any size; one that no
+    // surface can hold is refused before its pixels are decoded.
+    if (std::int64_t{info.width} * rows > maxSurfacePixels) {
+        return "the picture has more than " + std::to_string(maxSurfacePixels) + " pixels";
     }
     return depthRefusal(info);
 }

@@ -120,6 +120,13 @@ TEST_F(EditorFiles, RefusalsNameTheReason) {
               "compressed with RLE4 at 8 bits per pixel, which is not read");
     EXPECT_EQ(refusalOf(patched(28, 2)), "2 bits per pixel are not read");
     EXPECT_EQ(refusalOf(patched(14, 12)), "an old kind of BMP header that is not read");
+    // 16384 x 8192 from four bytes of RLE8 ("end of picture"): too many
+    // pixels for any surface, though each side is in range.
+    Bytes huge = compressed(16384, 8192, 8, 1, 2, {0, 1});
+    EXPECT_EQ(refusalOf(huge), "the picture has more than 67108864 pixels");
+    huge[23] = 0x10; // 16384 x 4096 is the largest
+    writeBytes(folder / "in.bmp", huge);
+    EXPECT_TRUE(bitmap.readFromFile(folder / "in.bmp")) << bitmap.refusal();
     EXPECT_EQ(refusalOf(Bytes(good.begin(), good.begin() + 40)),
               "the file is too short for a BMP file");
     EXPECT_FALSE(bitmap.readFromFile(folder / "missing.bmp"));
