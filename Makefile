@@ -43,7 +43,7 @@ bench: deps
 fuzz: deps
 	CC=clang CXX=clang++ cmake -S . -B build-fuzz $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DMARVEK_FUZZ=ON
 	cmake --build build-fuzz -j $(JOBS)
-	scripts/run-fuzzers build-fuzz/bin $(FUZZ_SECONDS)
+	scripts/run-fuzzers build-fuzz/bin $(FUZZ_SECONDS) $(FUZZ_TARGETS)
 
 format:
 	find src tests bench fuzz -name '*.cpp' -o -name '*.h' | xargs clang-format -i

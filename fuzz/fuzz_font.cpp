@@ -1,5 +1,6 @@
 // clsFont on arbitrary files, then every character drawn with it, clipped at
 // each edge of the target.
+#include "common/pictureSize.h"
 #include "common/scratch.h"
 #include "graphics/clsFont.h"
 #include "native/handles.h"
@@ -11,6 +12,9 @@
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (marvek::fuzz::isCostlyPicture(data, size)) {
+        return 0;
+    }
     static const marvek::fuzz::ScratchFolder scratch;
     const auto path = scratch.write("font.bmp", data, size);
     marvek::clsFont font;
