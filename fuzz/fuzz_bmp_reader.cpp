@@ -1,6 +1,6 @@
 // clsBitmap on arbitrary file contents: reading must accept or refuse
-// without touching memory it does not own or allocating far beyond the
-// file's size, and whatever it accepts must convert and write back.
+// without touching memory it does not own or building a picture larger than
+// any surface, and whatever it accepts must convert and write back.
 #include "common/pictureSize.h"
 #include "common/scratch.h"
 #include "graphics/clsBitmap.h"
