@@ -3,6 +3,7 @@
 #include "configuration/clsConfiguration.h"
 #include "io/FileError.h"
 #include "io/findFile.h"
+#include "io/textHelpers.h"
 #include "specials/specialValues.h"
 
 #include <algorithm>
@@ -13,13 +14,6 @@ namespace marvek {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string lowerAscii(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](char c) {
-        return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return text;
-}
 
 std::string upperAscii(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(), [](char c) {

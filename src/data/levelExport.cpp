@@ -3,8 +3,10 @@
 #include "data/clsLevel.h"
 #include "graphics/clsBackBuffer.h"
 #include "graphics/clsBitmap.h"
+#include "graphics/pictureFiles.h"
 #include "graphics/pngFile.h"
 #include "io/FileError.h"
+#include "io/textHelpers.h"
 #include "native/surface.h"
 #include "specials/clsSpecialSet.h"
 
@@ -24,16 +26,6 @@ bool isChosenInAdvance(std::string_view tag) {
 
 bool hasTag(const TagChoice& choice, std::string_view tag) {
     return std::ranges::any_of(choice, [tag](const auto& entry) { return entry.first == tag; });
-}
-
-char lowerAscii(char c) {
-    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool endsWithIgnoringCase(std::string_view name, std::string_view extension) {
-    return name.size() >= extension.size() &&
-           std::ranges::equal(name.substr(name.size() - extension.size()), extension,
-                              [](char a, char b) { return lowerAscii(a) == b; });
 }
 
 constexpr std::int64_t cellPixels = 16;
@@ -62,12 +54,8 @@ std::string withBitmapExtension(std::string_view name) {
     return result;
 }
 
-bool isPngName(std::string_view name) {
-    return endsWithIgnoringCase(name, ".png");
-}
-
 std::string exportFileName(std::string_view name) {
-    return isPngName(name) ? std::string(name) : withBitmapExtension(name);
+    return hasPngExtension(name) ? std::string(name) : withBitmapExtension(name);
 }
 
 std::string exportSizeProblem(const clsLevel& level) {
@@ -110,7 +98,7 @@ void writeExportBitmap(const clsBackBuffer& backBuffer, const std::filesystem::p
 }
 
 void writeExportPicture(const clsBackBuffer& backBuffer, const std::filesystem::path& path) {
-    if (isPngName(path.string())) {
+    if (hasPngExtension(path.string())) {
         writePngFile(backBuffer, path);
     } else {
         writeExportBitmap(backBuffer, path);

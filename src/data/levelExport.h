@@ -19,8 +19,6 @@ TagChoice defaultTagChoice(const clsSpecialSet& specialSet);
 
 // The name with ".bmp" appended unless it already ends so, ignoring case.
 std::string withBitmapExtension(std::string_view name);
-// True for a name ending in ".png", ignoring case: written as PNG.
-bool isPngName(std::string_view name);
 // The name the export writes: a PNG name as it is, any other by the ".bmp"
 // rule.
 std::string exportFileName(std::string_view name);
@@ -44,7 +42,7 @@ clsBackBuffer renderLevelExport(const clsLevel& level, const clsTileSet& tileSet
 
 // The back buffer as a 32-bit Windows bitmap. Throws FileError.
 void writeExportBitmap(const clsBackBuffer& backBuffer, const std::filesystem::path& path);
-// As PNG when the name says so (isPngName), else as a bitmap. Throws
+// As PNG when the name says so (hasPngExtension), else as a bitmap. Throws
 // FileError.
 void writeExportPicture(const clsBackBuffer& backBuffer, const std::filesystem::path& path);
 

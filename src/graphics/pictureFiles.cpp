@@ -7,6 +7,7 @@
 #include "io/atomicWrite.h"
 #include "io/clsBitStream.h"
 #include "io/packedFile.h"
+#include "io/textHelpers.h"
 
 #include <algorithm>
 #include <system_error>
@@ -14,17 +15,13 @@
 namespace marvek {
 namespace {
 
-char lowered(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 bool lessIgnoringCase(const std::string& a, const std::string& b) {
     const bool less =
         std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
-                                     [](char x, char y) { return lowered(x) < lowered(y); });
+                                     [](char x, char y) { return lowerAscii(x) < lowerAscii(y); });
     const bool greater =
         std::lexicographical_compare(b.begin(), b.end(), a.begin(), a.end(),
-                                     [](char x, char y) { return lowered(x) < lowered(y); });
+                                     [](char x, char y) { return lowerAscii(x) < lowerAscii(y); });
     return less || (!greater && a < b);
 }
 
@@ -110,15 +107,11 @@ std::string withBmpSuffix(std::string_view name) {
 }
 
 std::string lowerExtension(const std::filesystem::path& path) {
-    std::string extension = path.extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(), lowered);
-    return extension;
+    return lowerAscii(path.extension().string());
 }
 
 bool hasPngExtension(std::string_view name) {
-    constexpr std::string_view png = ".png";
-    return name.size() >= png.size() && std::equal(png.begin(), png.end(), name.end() - png.size(),
-                                                   [](char p, char c) { return p == lowered(c); });
+    return endsWithIgnoringCase(name, ".png");
 }
 
 std::string pictureExportName(std::string_view chosen) {

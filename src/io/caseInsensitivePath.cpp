@@ -1,5 +1,7 @@
 #include "io/caseInsensitivePath.h"
 
+#include "io/textHelpers.h"
+
 #include <algorithm>
 #include <string>
 #include <system_error>
@@ -9,10 +11,6 @@ namespace marvek {
 namespace {
 
 namespace fs = std::filesystem;
-
-char lowerAscii(char c) {
-    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 bool equalIgnoringCase(const std::string& a, const std::string& b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),

@@ -31,4 +31,20 @@ std::string padRight(std::string_view text, std::int32_t length, std::string_vie
     return result;
 }
 
+char lowerAscii(char c) {
+    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+std::string lowerAscii(std::string_view text) {
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) { return lowerAscii(c); });
+    return lower;
+}
+
+bool endsWithIgnoringCase(std::string_view text, std::string_view lowerSuffix) {
+    return text.size() >= lowerSuffix.size() &&
+           std::ranges::equal(text.substr(text.size() - lowerSuffix.size()), lowerSuffix,
+                              [](char a, char b) { return lowerAscii(a) == b; });
+}
+
 } // namespace marvek

@@ -23,4 +23,11 @@ std::string stripNull(std::string_view text);
 // text already that long is returned unchanged, never cut.
 std::string padRight(std::string_view text, std::int32_t length, std::string_view pad);
 
+// ASCII letters lowered; other bytes, UTF-8 included, kept as they are.
+char lowerAscii(char c);
+std::string lowerAscii(std::string_view text);
+// True when text ends in suffix, which is given in lower case, ignoring the
+// case of ASCII letters.
+bool endsWithIgnoringCase(std::string_view text, std::string_view lowerSuffix);
+
 } // namespace marvek

@@ -2,6 +2,7 @@
 
 #include "io/FileError.h"
 #include "io/caseInsensitivePath.h"
+#include "io/textHelpers.h"
 #include "native/marvek.h"
 #include "specials/SpecialDefinitionError.h"
 #include "specials/specialValues.h"
@@ -28,14 +29,6 @@ std::string toUpperLatin1(std::string text) {
         }
     }
     return text;
-}
-
-std::string toLowerAscii(std::string_view text) {
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) {
-        return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return lower;
 }
 
 std::vector<std::string_view> splitAtCommas(std::string_view text) {
@@ -182,7 +175,7 @@ SpecialKind clsSpecial::kindFromWord(std::string_view word) {
         {"image", SpecialKind::image},
         {"number", SpecialKind::number},
     }};
-    const std::string lower = toLowerAscii(word);
+    const std::string lower = lowerAscii(word);
     for (const auto& [text, kind] : words) {
         if (lower == text) {
             return kind;

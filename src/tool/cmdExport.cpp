@@ -3,6 +3,7 @@
 #include "data/openLevel.h"
 #include "graphics/clsBackBuffer.h"
 #include "graphics/clsFont.h"
+#include "graphics/pictureFiles.h"
 #include "io/FileError.h"
 #include "io/findFile.h"
 #include "native/marvek.h"
@@ -78,14 +79,6 @@ TagChoice tagChoiceFrom(const std::string& list) {
         start = comma + 1;
     }
     return choice;
-}
-
-std::string lowerExtension(const fs::path& path) {
-    std::string extension = path.extension().string();
-    for (char& c : extension) {
-        c = (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-    }
-    return extension;
 }
 
 ExportChoice exportChoice(const ExportArguments& parsed, const clsSpecialSet& specialSet,

@@ -1,5 +1,6 @@
 #include "data/levelExport.h"
 #include "data/openLevel.h"
+#include "graphics/pictureFiles.h"
 #include "graphics/pngFile.h"
 #include "io/FileError.h"
 #include "support/expect.h"
@@ -66,7 +67,7 @@ TEST_F(Export, PngNamesAreKeptAndEveryOtherNameFollowsTheBitmapRule) {
                                              {"png", "png.bmp", false},
                                              {"map.BMP", "map.BMP", false}}) {
         EXPECT_EQ(exportFileName(name), written);
-        EXPECT_EQ(isPngName(name), png) << name;
+        EXPECT_EQ(hasPngExtension(name), png) << name;
     }
 }
 
