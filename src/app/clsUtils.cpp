@@ -20,8 +20,8 @@ void fillCombo(QComboBox& list, const NameList& names) {
     list.setCurrentIndex(names.selected ? static_cast<int>(*names.selected) : -1);
 }
 
-void clsUtils::shellOpen(const std::filesystem::path& path) const {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(toQString(path)));
+bool clsUtils::shellOpen(const std::filesystem::path& path) const {
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(toQString(path)));
 }
 
 bool clsUtils::applyDefaultSystemFont() const {

@@ -19,8 +19,9 @@ public:
     explicit clsUtils(std::filesystem::path applicationFolder)
         : applicationFolder_(std::move(applicationFolder)) {}
 
-    // Opens the file with the system's default handler.
-    void shellOpen(const std::filesystem::path& path) const;
+    // Opens the file with the system's default handler; false when none
+    // took it.
+    bool shellOpen(const std::filesystem::path& path) const;
     // Gives every window the system's user-interface typeface.
     bool applyDefaultSystemFont() const;
     // Qt registers its controls itself.

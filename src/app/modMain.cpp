@@ -28,8 +28,6 @@ bool loadSettings(SharedObjects& shared, StartupWindows& windows) {
     if (fs::exists(shared.settingsFile(), error)) {
         shared.settings.LoadConfiguration(shared.settingsFile());
         requireSetting(shared, settingKey::thornwickData);
-        shared.dialogs->setLastFolder(
-            toQString(settingText(shared.settings, settingKey::thornwickData, {})));
         return true;
     }
     shared.messages->show(nullptr, firstRunMessage, messageStyle::information);
@@ -52,6 +50,12 @@ bool ensureDataFolder(SharedObjects& shared, StartupWindows& windows) {
         }
     }
     return true;
+}
+
+// File dialogs open in the data folder until the user chooses another.
+void seedLastFolder(SharedObjects& shared) {
+    shared.dialogs->setLastFolder(
+        toQString(settingText(shared.settings, settingKey::thornwickData, {})));
 }
 
 void loadEditorFont(SharedObjects& shared) {
@@ -84,6 +88,7 @@ std::optional<int> startProgram(SharedObjects& shared, StartupWindows& windows) 
         if (!loadSettings(shared, windows) || !ensureDataFolder(shared, windows)) {
             return exitProgram(shared, windows, exitCancelled);
         }
+        seedLastFolder(shared);
         loadEditorFont(shared);
     } catch (const ConfigurationError& error) {
         shared.messages->showFatal(nullptr, toQString(error.messageFor(shared.settingsFile())));
@@ -94,8 +99,13 @@ std::optional<int> startProgram(SharedObjects& shared, StartupWindows& windows) 
     }
     windows.loadWindows();
     shared.utils.applyDefaultSystemFont();
-    if (!windows.initialLoad()) {
-        return exitProgram(shared, windows, exitFailed);
+    // A default level that does not load leads to the options, as a missing
+    // data folder does, so that the user is never locked out.
+    while (!windows.initialLoad()) {
+        if (!windows.showOptions() || !ensureDataFolder(shared, windows)) {
+            return exitProgram(shared, windows, exitCancelled);
+        }
+        seedLastFolder(shared);
     }
     return std::nullopt;
 }

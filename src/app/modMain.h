@@ -20,7 +20,7 @@ public:
     // Makes the editor's windows, the main window last.
     virtual void loadWindows() = 0;
     // The main window opens the default level; false, its message shown,
-    // when it does not load.
+    // when it does not load (start-up then shows the options again).
     virtual bool initialLoad() = 0;
     // Closes and drops every window.
     virtual void unloadWindows() = 0;

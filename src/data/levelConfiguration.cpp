@@ -35,9 +35,10 @@ std::vector<fs::path> filesOf(const fs::path& folder) {
     return files;
 }
 
-// Adds name, selecting it when it equals select; a later match wins.
+// Adds name, selecting it when it equals select ignoring case (a settings file
+// edited by hand may say "WORLD2" for world2.cfg); a later match wins.
 void addName(NameList& list, std::string name, std::string_view select) {
-    if (name == select) {
+    if (lowerAscii(name) == lowerAscii(select)) {
         list.selected = list.names.size();
     }
     list.names.push_back(std::move(name));
@@ -85,12 +86,18 @@ LevelConfiguration readLevelConfiguration(const fs::path& path) {
 }
 
 NameList listConfigurations(const fs::path& applicationFolder, std::string_view select) {
-    NameList list;
+    std::vector<std::string> names;
     for (const fs::path& file : filesOf(applicationFolder / "config")) {
         std::string name = lowerAscii(file.stem().string());
         if (name != "common" && name != "unknown") {
-            addName(list, std::move(name), select);
+            names.push_back(std::move(name));
         }
+    }
+    // The names are lower case already, so this order ignores case.
+    std::sort(names.begin(), names.end());
+    NameList list;
+    for (std::string& name : names) {
+        addName(list, std::move(name), select);
     }
     return list;
 }

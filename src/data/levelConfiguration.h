@@ -17,8 +17,8 @@ struct LevelConfiguration {
     std::uint8_t noCommon = 0;
 };
 
-// Names to offer in a drop-down list, in the order the folder lists them, and
-// the entry to select (none when nothing matched).
+// Names to offer in a drop-down list and the entry to select (none when
+// nothing matched; the comparison ignores case).
 struct NameList {
     std::vector<std::string> names;
     std::optional<std::size_t> selected;
@@ -32,17 +32,17 @@ inline constexpr std::string_view defaultConfigurationName = "world1";
 LevelConfiguration readLevelConfiguration(const std::filesystem::path& path);
 
 // The configuration names of the application folder's config/: every file's
-// lower-cased base name but "common" and "unknown". select is compared as
-// given, so it must be lower case to match. A missing folder lists nothing.
+// lower-cased base name but "common" and "unknown", sorted. A missing folder
+// lists nothing.
 NameList listConfigurations(const std::filesystem::path& applicationFolder,
                             std::string_view select);
 
-// The editor fonts of the application folder's fonts/, listed as the
-// configurations are, without exclusions.
+// The editor fonts of the application folder's fonts/, lower-cased, in the
+// order the folder lists them.
 NameList listFonts(const std::filesystem::path& applicationFolder, std::string_view select);
 
-// The level files of a data folder under their upper-cased names. select is
-// compared exactly, so it must be upper case to match.
+// The level files of a data folder under their upper-cased names, in the
+// order the folder lists them.
 NameList listLevels(const std::filesystem::path& dataFolder, std::string_view select);
 
 // "L" first and "MA" third and fourth, as in "L1MA1"; expects upper case.

@@ -36,7 +36,12 @@ void EditorWindows::loadWindows() {
 
 bool EditorWindows::initialLoad() {
     main_->show();
-    return main_->initialLoad();
+    if (!main_->initialLoad()) {
+        // The options come next; an empty editor behind them helps no one.
+        main_->hide();
+        return false;
+    }
+    return true;
 }
 
 void EditorWindows::unloadWindows() {

@@ -1,5 +1,7 @@
 #include "ui/MarvekApplication.h"
 
+#include "app/modMain.h"
+
 #include <exception>
 
 namespace marvek {
@@ -20,15 +22,16 @@ bool MarvekApplication::notify(QObject* receiver, QEvent* event) {
 }
 
 void MarvekApplication::failed(const QString& description) {
+    failed_ = true;
     // The handler's own message box runs events; a second error then only
     // ends the program.
-    if (failing_ || !errorHandler_) {
-        exit(1);
-        return;
+    if (!handling_ && errorHandler_) {
+        handling_ = true;
+        errorHandler_(description);
+        handling_ = false;
     }
-    failing_ = true;
-    errorHandler_(description);
-    failing_ = false;
+    // The level may be half changed: going on could only make it worse.
+    exit(exitFailed);
 }
 
 } // namespace marvek

@@ -20,6 +20,19 @@ int leadingNumber(const QString& text) {
     return static_cast<int>(std::clamp<qlonglong>(value, INT_MIN, INT_MAX));
 }
 
+int limitedNumber(const QString& text, int minimum, int maximum) {
+    return std::clamp(leadingNumber(text), minimum, maximum);
+}
+
+void limitOnLeaving(QLineEdit& box, int minimum, int maximum) {
+    QObject::connect(&box, &QLineEdit::editingFinished, &box, [&box, minimum, maximum] {
+        const QString limited = QString::number(limitedNumber(box.text(), minimum, maximum));
+        if (box.text() != limited) {
+            box.setText(limited);
+        }
+    });
+}
+
 UpDown::UpDown(QLineEdit& buddy, int minimum, int maximum, QWidget* parent)
     : QAbstractSpinBox(parent), buddy_(buddy), minimum_(minimum), maximum_(maximum) {
     // Only the arrows show; the number is typed into the buddy.

@@ -35,4 +35,12 @@ private:
 // does not start with one.
 int leadingNumber(const QString& text);
 
+// The text's number kept within [minimum, maximum].
+int limitedNumber(const QString& text, int minimum, int maximum);
+
+// Keeps a number box within [minimum, maximum] once the user leaves it (focus
+// moves on, or Enter). While typing, any text stands: limiting each keystroke
+// turned an emptied box into "1" at once, so typing "25" gave "125".
+void limitOnLeaving(QLineEdit& box, int minimum, int maximum);
+
 } // namespace marvek

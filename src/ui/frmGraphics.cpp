@@ -46,8 +46,10 @@ QLineEdit* frmGraphics::addNumber(const char* name, const QString& caption,
     const int row = form_->rowCount();
     form_->addWidget(new QLabel(caption, this), row, 0);
     form_->addWidget(box, row, 1);
-    connect(box, &QLineEdit::textChanged, this,
-            [this, box, parameter] { limitNumber(*box, parameter); });
+    // Redrawing reads the boxes through format(), which keeps to the limits
+    // while a box is still being typed in.
+    connect(box, &QLineEdit::textChanged, this, &frmGraphics::redraw);
+    limitOnLeaving(*box, parameterRange(parameter).minimum, parameterRange(parameter).maximum);
     return box;
 }
 
@@ -159,16 +161,6 @@ PictureFormat frmGraphics::format() const {
     format.across = leadingNumber(txtXCount_->text());
     format.shiftColours = chkShiftColors_->isChecked();
     return clampedFormat(format);
-}
-
-void frmGraphics::limitNumber(QLineEdit& box, PictureParameter parameter) {
-    const int value = leadingNumber(box.text());
-    const int limited = clampParameter(parameter, value);
-    if (limited != value) {
-        box.setText(QString::number(limited)); // changes again, and redraws then
-        return;
-    }
-    redraw();
 }
 
 void frmGraphics::loadSelectedFile() {

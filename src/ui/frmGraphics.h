@@ -43,7 +43,6 @@ private:
     void fillLists();
     void loadSelectedFile();
     void redraw();
-    void limitNumber(QLineEdit& box, PictureParameter parameter);
     void exportPicture();
     void importPicture();
     QString selectedFile() const;

@@ -245,9 +245,13 @@ void frmMain::wheelOverPalette(int delta) {
         std::clamp<double>(wanted, scrlPalette_->minimum(), scrlPalette_->maximum())));
 }
 
-void frmMain::closeEvent(QCloseEvent* event) {
+bool frmMain::mayClose() {
     bool cancelled = false;
-    if (!saveIfModified(closingQuestion, &cancelled) || cancelled) {
+    return saveIfModified(closingQuestion, &cancelled) && !cancelled;
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    if (!mayClose()) {
         event->ignore();
         return;
     }

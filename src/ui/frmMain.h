@@ -74,6 +74,9 @@ public:
     // Keeps unsaved work after an unexpected error: the text to show, naming
     // the file written, or an empty text when nothing needed keeping.
     QString keepUnsavedWork();
+    // The closing question, asked only when the level has unsaved changes;
+    // true when the window may close (saved, or the changes let go).
+    bool mayClose();
 
     // Editing state, read by tests and the status line.
     std::int32_t mode() const noexcept { return mode_; }

@@ -3,6 +3,7 @@
 
 #include "app/SharedObjects.h"
 #include "app/qtPaths.h"
+#include "app/settings.h"
 #include "data/levelRecovery.h"
 #include "data/openLevel.h"
 #include "ui/frmEditPalette.h"
@@ -98,6 +99,7 @@ bool frmMain::fileSaveAs() {
         return false;
     }
     clsLevel& level = opened_->level;
+    const QString previousFolder = shared_.dialogs->lastFolder();
     const QString chosen =
         shared_.dialogs->saveFile(this, "Save Thornwick Level As", "All files (*.*)|*.*",
                                   toQString(level.fileName), clsCommonDialog::saveFlags, 1);
@@ -107,8 +109,10 @@ bool frmMain::fileSaveAs() {
     const std::string previous = level.fileName;
     level.fileName = toPath(chosen).string();
     if (!fileSave()) {
-        // Save goes on meaning the file the level came from.
+        // Save goes on meaning the file the level came from, and the next
+        // dialog opens where the last good choice was.
         level.fileName = previous;
+        shared_.dialogs->setLastFolder(previousFolder);
         updateCommands();
         return false;
     }
@@ -145,7 +149,14 @@ void frmMain::takeBack(std::string (UndoHistory::*side)(clsLevel&)) {
 }
 
 void frmMain::toolsOptions() {
+    const QString formerData =
+        toQString(settingText(shared_.settings, settingKey::thornwickData, {}));
     dialogs_.options.showModal();
+    // File dialogs follow a new data folder until the user chooses another.
+    if (shared_.dialogs->lastFolder() == formerData) {
+        shared_.dialogs->setLastFolder(
+            toQString(settingText(shared_.settings, settingKey::thornwickData, {})));
+    }
     loadOptions();
     renderLevel();
     renderPalette();

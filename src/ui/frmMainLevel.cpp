@@ -19,6 +19,9 @@
 namespace marvek {
 namespace {
 
+// The first line before the loader names its stages.
+const QString loadingStatus = "Loading level data";
+
 const QString defaultLevelMessage =
     "The default level is invalid and cannot be loaded. Please reconfigure.";
 
@@ -54,7 +57,7 @@ void frmMain::showNewLevel() {
 
 bool frmMain::useConfig(const std::filesystem::path& levelFile, const QString& configuration,
                         bool loadUnknown, QString* failure) {
-    dialogs_.status.setStatus(QString());
+    dialogs_.status.setStatus(loadingStatus);
     setEnabled(false);
     // The window comes back and the notice goes on every path.
     struct Restore {

@@ -13,6 +13,8 @@
 #include <QFileInfo>
 
 #include <exception>
+#include <filesystem>
+#include <system_error>
 
 namespace marvek {
 namespace {
@@ -97,7 +99,18 @@ void frmMain::toolsBenchmark() {
 }
 
 void frmMain::aboutFAQ() {
-    shared_.utils.shellOpen(shared_.applicationFolder / "faq" / "index.html");
+    const std::filesystem::path page = shared_.applicationFolder / "faq" / "index.html";
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(page, error)) {
+        shared_.messages->show(this, "The help page " + toQString(page) + " does not exist.",
+                               messageStyle::exclamation);
+    } else if (!shared_.utils.shellOpen(page)) {
+        shared_.messages->show(this,
+                               "The help page " + toQString(page) +
+                                   " could not be opened: this system has no program set to "
+                                   "open web pages.",
+                               messageStyle::exclamation);
+    }
 }
 
 void frmMain::helpAbout() {

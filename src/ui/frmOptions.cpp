@@ -16,11 +16,22 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+#include <utility>
+
 namespace marvek {
 namespace {
 
 constexpr int moveSensitivityMaximum = 30;
 constexpr int undoLevelsMaximum = 1024;
+
+const QString noLevelMessage = "Please choose the default level. The data path must be a folder "
+                               "that holds the game's level files.";
+const QString noConfigMessage = "Please choose the default configuration.";
+const QString noFontMessage = "Please choose the editor font.";
+
+bool nothingChosen(const QComboBox& list) {
+    return list.currentIndex() < 0 || list.currentText().isEmpty();
+}
 
 template <typename Widget>
 Widget* named(Widget* widget, const char* name, const QString& toolTip = {}) {
@@ -109,16 +120,15 @@ void frmOptions::buildControls() {
     connect(buttons, &QDialogButtonBox::accepted, this, &frmOptions::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &frmOptions::reject);
     connect(cmdBrowseDataPath_, &QPushButton::clicked, this, &frmOptions::browseDataPath);
-    connect(txtMoveSens_, &QLineEdit::textChanged, this,
-            [this] { clampText(*txtMoveSens_, 1, moveSensitivityMaximum); });
-    connect(txtUndoLevels_, &QLineEdit::textChanged, this,
-            [this] { clampText(*txtUndoLevels_, 1, undoLevelsMaximum); });
+    connect(txtDataPath_, &QLineEdit::textEdited, this, &frmOptions::dataPathTyped);
+    limitOnLeaving(*txtMoveSens_, 1, moveSensitivityMaximum);
+    limitOnLeaving(*txtUndoLevels_, 1, undoLevelsMaximum);
 }
 
 bool frmOptions::showModal() {
     cancelled_ = false;
-    exec();
-    return !cancelled_;
+    // A dialog ended from outside (the program is ending) counts as a cancel.
+    return exec() == QDialog::Accepted && !cancelled_;
 }
 
 void frmOptions::showEvent(QShowEvent* event) {
@@ -140,12 +150,7 @@ void frmOptions::fillFromSettings() {
     chkAlphaBlend_->setChecked(settingNumber(settings, settingKey::alphaBlending, 1) != 0);
     txtUndoLevels_->setText(QString::number(settingNumber(settings, settingKey::undoLevels, 64)));
     chkAutoSpecials_->setChecked(settingNumber(settings, settingKey::autoPlaceSpecials, 1) != 0);
-    if (QDir(dataPath).exists() && !dataPath.isEmpty()) {
-        fillLevels(dataPath);
-    } else {
-        cmbDefLevel_->clear();
-        cmbDefLevel_->setEnabled(false);
-    }
+    showLevelsOf(dataPath);
     shared_.utils.comboConfigs(
         *cmbDefConfig_, toQString(settingText(settings, settingKey::defaultConfig, "world1")));
     shared_.utils.comboFonts(*cmbEditorFont_,
@@ -157,6 +162,32 @@ void frmOptions::fillLevels(const QString& folder) {
         *cmbDefLevel_, toPath(folder),
         toQString(settingText(shared_.settings, settingKey::defaultLevel, "L1MA1")));
     cmbDefLevel_->setEnabled(true);
+}
+
+void frmOptions::showLevelsOf(const QString& folder) {
+    if (!folder.isEmpty() && QDir(folder).exists()) {
+        fillLevels(folder);
+    } else {
+        cmbDefLevel_->clear();
+        cmbDefLevel_->setEnabled(false);
+    }
+}
+
+void frmOptions::dataPathTyped() {
+    // A folder typed by hand is not tested here, but its levels are offered.
+    showLevelsOf(txtDataPath_->text());
+}
+
+bool frmOptions::everyListChosen() {
+    for (const auto& [list, message] :
+         {std::pair{cmbDefLevel_, noLevelMessage}, std::pair{cmbDefConfig_, noConfigMessage},
+          std::pair{cmbEditorFont_, noFontMessage}}) {
+        if (nothingChosen(*list)) {
+            shared_.messages->show(this, message, messageStyle::exclamation);
+            return false;
+        }
+    }
+    return true;
 }
 
 void frmOptions::browseDataPath() {
@@ -175,20 +206,16 @@ void frmOptions::browseDataPath() {
     fillLevels(folder);
 }
 
-void frmOptions::clampText(QLineEdit& text, int minimum, int maximum) {
-    const int value = leadingNumber(text.text());
-    if (value < minimum) {
-        text.setText(QString::number(minimum));
-    } else if (value > maximum) {
-        text.setText(QString::number(maximum));
-    }
-}
-
 void frmOptions::accept() {
+    // An empty name would stop every later start at the default level.
+    if (!everyListChosen()) {
+        return;
+    }
     clsConfiguration& settings = shared_.settings;
     const std::string before = settings.OutputConfiguration("\n", false);
     settings.WriteSetting(settingKey::thornwickData, txtDataPath_->text().toStdString(), false);
-    settings.WriteSetting(settingKey::moveSensitivity, leadingNumber(txtMoveSens_->text()), false);
+    settings.WriteSetting(settingKey::moveSensitivity,
+                          limitedNumber(txtMoveSens_->text(), 1, moveSensitivityMaximum), false);
     settings.WriteSetting(settingKey::defaultLevel, cmbDefLevel_->currentText().toStdString(),
                           false);
     settings.WriteSetting(settingKey::defaultConfig, cmbDefConfig_->currentText().toStdString(),
@@ -196,7 +223,8 @@ void frmOptions::accept() {
     settings.WriteSetting(settingKey::editorFont, cmbEditorFont_->currentText().toStdString(),
                           false);
     settings.WriteSetting(settingKey::alphaBlending, chkAlphaBlend_->isChecked() ? 1 : 0, false);
-    settings.WriteSetting(settingKey::undoLevels, leadingNumber(txtUndoLevels_->text()), false);
+    settings.WriteSetting(settingKey::undoLevels,
+                          limitedNumber(txtUndoLevels_->text(), 1, undoLevelsMaximum), false);
     settings.WriteSetting(settingKey::autoPlaceSpecials, chkAutoSpecials_->isChecked() ? 1 : 0,
                           false);
     try {

@@ -32,8 +32,12 @@ private:
     void buildControls();
     void fillFromSettings();
     void fillLevels(const QString& folder);
+    // The folder's levels, or an empty, disabled list when it does not exist.
+    void showLevelsOf(const QString& folder);
+    void dataPathTyped();
     void browseDataPath();
-    void clampText(QLineEdit& text, int minimum, int maximum);
+    // False, after saying which, when a list has nothing chosen.
+    bool everyListChosen();
     void accept() override;
     void reject() override;
 

@@ -133,16 +133,19 @@ protected:
     const std::filesystem::path config = folder / "config";
 };
 
-TEST_F(FolderLists, ConfigurationsAreEveryFileButTheReservedOnes) {
-    for (const char* name :
-         {"common.cfg", "unknown.cfg", "world1.cfg", "World2.CFG", "notes.txt", "COMMON.bak"}) {
+TEST_F(FolderLists, ConfigurationsAreEveryFileButTheReservedOnesSortedAndFoundIgnoringCase) {
+    for (const char* name : {"common.cfg", "unknown.cfg", "world1.cfg", "World2.CFG", "notes.txt",
+                             "COMMON.bak", "Boss.cfg"}) {
         writeText(config / name, "");
     }
     std::filesystem::create_directories(config / "old");
     const NameList list = listConfigurations(folder.path(), "world1");
-    EXPECT_THAT(list.names, UnorderedElementsAre("world1", "world2", "notes"));
+    EXPECT_THAT(list.names, ElementsAre("boss", "notes", "world1", "world2"));
     EXPECT_EQ(list.names.at(list.selected.value()), "world1");
-    EXPECT_FALSE(listConfigurations(folder.path(), "World2").selected.has_value());
+    // A settings file edited by hand still selects its configuration.
+    const NameList upper = listConfigurations(folder.path(), "WORLD2");
+    EXPECT_EQ(upper.names.at(upper.selected.value()), "world2");
+    EXPECT_FALSE(listConfigurations(folder.path(), "world").selected.has_value());
     EXPECT_TRUE(listConfigurations(folder.path() / "nowhere", "world1").names.empty());
 }
 
@@ -153,7 +156,7 @@ TEST_F(FolderLists, LevelsAreNamedLxMAAndNamesAreFoundIgnoringCaseOrKeptAsGiven)
     const NameList list = listLevels(folder.path(), "L2MA3");
     EXPECT_THAT(list.names, UnorderedElementsAre("L1MA1", "L2MA3", "L9MAP.BAK"));
     EXPECT_EQ(list.names.at(list.selected.value()), "L2MA3");
-    EXPECT_FALSE(listLevels(folder.path(), "l2ma3").selected.has_value());
+    EXPECT_EQ(listLevels(folder.path(), "l2ma3").selected, list.selected);
     writeText(config / "World2.CFG", "");
     EXPECT_EQ(configurationPath(folder.path(), "world2"), config / "World2.CFG");
     EXPECT_EQ(findFile(folder.path(), "L7MA7"), folder / "L7MA7");

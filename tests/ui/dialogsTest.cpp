@@ -25,21 +25,36 @@ std::set<QString> entries(const QComboBox& list) {
     return names;
 }
 
-TEST_F(Dialogs, OptionsClampWhatIsTypedAndCancelWritesNothing) {
+// Types into a number box as a user does, then moves on to another control.
+void typeAndLeave(QLineEdit& box, QWidget& next, const QString& text) {
+    box.setFocus();
+    box.selectAll();
+    QTest::keyClick(&box, Qt::Key_Backspace);
+    EXPECT_EQ(box.text(), "") << "an emptied box stays empty while typing";
+    QTest::keyClicks(&box, text);
+    EXPECT_EQ(box.text(), text) << "nothing changes what is being typed";
+    next.setFocus();
+}
+
+TEST_F(Dialogs, NumberBoxesTakeWhatIsTypedAndKeepToTheirLimitsWhenLeft) {
     writeSettings(dataFolder().string());
     const auto before = readBytes(settingsFile());
     shared_->settings.LoadConfiguration(settingsFile());
     whenModal([](QWidget& options) {
         auto& sensitivity = child<QLineEdit>(options, "txtMoveSens");
         auto& undo = child<QLineEdit>(options, "txtUndoLevels");
-        sensitivity.selectAll();
-        QTest::keyClicks(&sensitivity, "0");
+        // Focus moves only within the active window.
+        options.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&options));
+        typeAndLeave(sensitivity, undo, "25");
+        EXPECT_EQ(sensitivity.text(), "25");
+        typeAndLeave(sensitivity, undo, "0");
         EXPECT_EQ(sensitivity.text(), "1");
-        sensitivity.setText("45");
+        typeAndLeave(sensitivity, undo, "45");
         EXPECT_EQ(sensitivity.text(), "30");
-        sensitivity.setText("abc");
+        typeAndLeave(sensitivity, undo, "abc");
         EXPECT_EQ(sensitivity.text(), "1");
-        undo.setText("2000");
+        typeAndLeave(undo, sensitivity, "2000");
         EXPECT_EQ(undo.text(), "1024");
         child<QAbstractSpinBox>(options, "udUndoLevels").stepDown();
         EXPECT_EQ(undo.text(), "1023");
@@ -50,6 +65,16 @@ TEST_F(Dialogs, OptionsClampWhatIsTypedAndCancelWritesNothing) {
     EXPECT_FALSE(windows_->options().showModal());
     EXPECT_TRUE(windows_->options().cancelled());
     EXPECT_EQ(readBytes(settingsFile()), before);
+
+    // OK limits a box the user has not left.
+    whenModal([](QWidget& options) {
+        child<QLineEdit>(options, "txtMoveSens").setText("");
+        child<QLineEdit>(options, "txtUndoLevels").setText("5000");
+        child<QPushButton>(options, "cmdOk").click();
+    });
+    EXPECT_TRUE(windows_->options().showModal());
+    EXPECT_EQ(settingNumber(shared_->settings, settingKey::moveSensitivity, 0), 1);
+    EXPECT_EQ(settingNumber(shared_->settings, settingKey::undoLevels, 0), 1024);
 }
 
 TEST_F(Dialogs, OptionsShowEveryCaptionAndToolTip) {
@@ -100,7 +125,11 @@ TEST_F(Dialogs, OpenLevelListsConfigurationsAndShowsTheirFiles) {
     (void)window;
     frmOpenLevel& dialog = *windows_->openLevel();
     const auto& list = child<QComboBox>(dialog, "cmbConfig");
-    EXPECT_EQ(entries(list), (std::set<QString>{"world1", "world2", "world3", "world4", "notes"}));
+    QStringList names;
+    for (int i = 0; i < list.count(); ++i) {
+        names << list.itemText(i);
+    }
+    EXPECT_EQ(names, (QStringList{"notes", "world1", "world2", "world3", "world4"}));
     EXPECT_EQ(list.currentText(), "world1");
     const QString data = toQString(dataFolder());
     EXPECT_EQ(child<QLineEdit>(dialog, "txtTileSet").text(), data + "/L1BM");

@@ -3,6 +3,7 @@
 #include "data/clsLevel.h"
 #include "io/packedFile.h"
 #include "ui/MarvekApplication.h"
+#include "ui/ProgramEnd.h"
 #include "ui/frmStatus.h"
 
 #include <QAction>
@@ -89,6 +90,8 @@ TEST_F(FileCommands, AFailedSaveNamesTheFileAndKeepsTheLevelModified) {
     EXPECT_TRUE(window.isWindowModified());
     EXPECT_EQ(window.openedLevel()->level.fileName, (dataFolder() / "L1MA1").string())
         << "Save goes on meaning the level's own file";
+    EXPECT_EQ(dialogs_->lastFolder(), toQString(dataFolder()))
+        << "the next file dialog opens where the last good choice was";
 }
 
 TEST_F(FileCommands, OpenAsksAboutChangesAndHonoursEachAnswer) {
@@ -209,34 +212,97 @@ TEST_F(FileCommands, ClosingWithoutSavingAnswersNo) {
     EXPECT_EQ(unpacked(dataFolder() / "L1MA1"), before);
 }
 
-TEST_F(FileCommands, AnUnexpectedErrorKeepsTheUnsavedLevelBesideIt) {
+// The level file's cells, read as the editor reads them.
+clsLevel levelIn(const fs::path& file) {
+    clsLevel level;
+    clsPalette palette;
+    auto stream = getFileBits(file);
+    if (!level.loadFromBits(stream, palette)) {
+        throw std::runtime_error(file.string() + " does not load");
+    }
+    return level;
+}
+
+TEST_F(FileCommands, AnUnexpectedErrorKeepsTheUnsavedLevelShowsItAndEndsTheProgram) {
     frmMain& window = startEditor();
     EXPECT_TRUE(window.keepUnsavedWork().isEmpty()) << "nothing to keep";
     paintCorner(window, 6);
     const auto original = readBytes(dataFolder() / "L1MA1");
 
     auto& application = static_cast<MarvekApplication&>(*QCoreApplication::instance());
-    QString shown;
-    application.setErrorHandler([&](const QString& description) {
-        shown = description + "\n\n" + window.keepUnsavedWork();
-    });
+    ProgramEnd ending(*shared_, *windows_);
+    application.setErrorHandler(
+        [&ending](const QString& description) { ending.afterError(description); });
     class Failing : public QObject {
     protected:
         bool event(QEvent*) override { throw std::runtime_error("something broke"); }
     } failing;
-    QEvent event(QEvent::User);
-    QCoreApplication::sendEvent(&failing, &event);
+    QCoreApplication::postEvent(&failing, new QEvent(QEvent::User));
+    // Should the program go on, the test still ends, with a status of its own.
+    QTimer goingOn;
+    goingOn.setSingleShot(true);
+    QObject::connect(&goingOn, &QTimer::timeout, [] { QCoreApplication::exit(-5); });
+    goingOn.start(10000);
+    const int status = QCoreApplication::exec();
     application.setErrorHandler({});
+    EXPECT_EQ(status, exitFailed);
+    EXPECT_TRUE(application.hasFailed());
 
     const fs::path kept = dataFolder() / "L1MA1.recovered";
+    ASSERT_EQ(messages_->fatal.size(), 1U);
+    const QString shown = messages_->fatal[0];
     EXPECT_TRUE(shown.contains("something broke"));
     EXPECT_TRUE(shown.contains(toQString(kept))) << shown.toStdString();
-    clsLevel recovered;
-    clsPalette palette;
-    auto stream = getFileBits(kept);
-    ASSERT_TRUE(recovered.loadFromBits(stream, palette));
-    EXPECT_EQ(recovered.cellAt(0, 0).tile, 6);
+    EXPECT_EQ(levelIn(kept).cellAt(0, 0).tile, 6);
     EXPECT_EQ(readBytes(dataFolder() / "L1MA1"), original) << "never over the level itself";
+}
+
+TEST_F(FileCommands, TheSessionsEndAsksAsQuitDoesOrKeepsTheWorkWhenItMayNotAsk) {
+    frmMain& window = startEditor();
+    ProgramEnd ending(*shared_, *windows_);
+    EXPECT_TRUE(ending.sessionEnding(true)) << "nothing to ask about";
+    EXPECT_TRUE(messages_->shown.empty());
+    EXPECT_TRUE(ending.beforeTermination().isEmpty());
+
+    paintCorner(window, 8);
+    messages_->answers = {messageAnswer::cancel};
+    EXPECT_FALSE(ending.sessionEnding(true));
+    EXPECT_EQ(messages_->shown.back().style, messageStyle::yesNoCancelQuestion);
+    const fs::path kept = dataFolder() / "L1MA1.recovered";
+    EXPECT_FALSE(fs::exists(kept));
+
+    EXPECT_TRUE(ending.sessionEnding(false));
+    EXPECT_EQ(messages_->shown.size(), 1U) << "no question when the session forbids it";
+    EXPECT_EQ(levelIn(kept).cellAt(0, 0).tile, 8);
+
+    messages_->answers = {messageAnswer::yes};
+    EXPECT_TRUE(ending.sessionEnding(true));
+    EXPECT_EQ(levelIn(dataFolder() / "L1MA1").cellAt(0, 0).tile, 8);
+}
+
+TEST_F(FileCommands, TheStatusWindowNeverShowsAnEmptyLine) {
+    frmMain& window = startEditor();
+    QStringList shownFirst;
+    class FirstLine : public QObject {
+    public:
+        explicit FirstLine(QStringList& lines) : lines_(lines) {}
+        bool eventFilter(QObject* watched, QEvent* event) override {
+            if (event->type() == QEvent::Show) {
+                lines_ << static_cast<frmStatus*>(watched)->status();
+            }
+            return false;
+        }
+
+    private:
+        QStringList& lines_;
+    } filter(shownFirst);
+    windows_->status()->installEventFilter(&filter);
+    messages_->answers = {messageAnswer::no};
+    dialogs_->fileAnswers = {{toQString(dataFolder() / "L1MA2")}};
+    whenModal(clickOkOnOpenLevel);
+    EXPECT_TRUE(window.fileOpen());
+    windows_->status()->removeEventFilter(&filter);
+    EXPECT_EQ(shownFirst, QStringList{"Loading level data"});
 }
 
 } // namespace

@@ -41,6 +41,16 @@ void setNumber(QWidget& window, const char* name, int value) {
     child<QLineEdit>(window, name).setText(QString::number(value));
 }
 
+// Types the number as a user does and moves on to the file list.
+void typeNumber(QWidget& window, const char* name, const QString& text) {
+    auto& box = child<QLineEdit>(window, name);
+    box.setFocus();
+    box.selectAll();
+    QTest::keyClick(&box, Qt::Key_Backspace);
+    QTest::keyClicks(&box, text);
+    child<QListWidget>(window, "lstFiles").setFocus();
+}
+
 TEST_F(GraphicsWindows, TheBrowserShowsExportsAndImportsTheTiles) {
     frmMain& window = startEditor();
     const fs::path tiles = dataFolder() / "L1BM";
@@ -65,13 +75,26 @@ TEST_F(GraphicsWindows, TheBrowserShowsExportsAndImportsTheTiles) {
         EXPECT_EQ(image.width(), 320);
         EXPECT_GT(image.height(), 16 * 9);
 
-        // Limits while typing, and the offset's step of one plane row.
-        setNumber(browser, "txtBitPlanes", 9);
+        // A box the user empties draws from its limit until it is left;
+        // then it shows the limit.
+        // Focus moves only within the active window.
+        browser.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&browser));
+        auto& width = child<QLineEdit>(browser, "txtWidth");
+        width.setFocus();
+        width.selectAll();
+        QTest::keyClick(&width, Qt::Key_Backspace);
+        EXPECT_EQ(width.text(), "");
+        EXPECT_EQ(static_cast<frmGraphics&>(browser).format().width, 1);
+        QTest::keyClicks(&width, "25");
+        EXPECT_EQ(width.text(), "25");
+        typeNumber(browser, "txtBitPlanes", "9");
         EXPECT_EQ(child<QLineEdit>(browser, "txtBitPlanes").text(), "8");
-        setNumber(browser, "txtXCount", 700);
+        typeNumber(browser, "txtXCount", "700");
         EXPECT_EQ(child<QLineEdit>(browser, "txtXCount").text(), "640");
-        setNumber(browser, "txtWidth", 0);
-        EXPECT_EQ(child<QLineEdit>(browser, "txtWidth").text(), "1");
+        typeNumber(browser, "txtWidth", "0");
+        EXPECT_EQ(width.text(), "1");
+        // The offset's step is one plane row.
         setNumber(browser, "txtWidth", 64);
         child<QAbstractSpinBox>(browser, "udOffset").stepUp();
         EXPECT_EQ(child<QLineEdit>(browser, "txtOffset").text(), "8");

@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTest>
 
 namespace marvek::test {
 namespace {
@@ -15,6 +16,11 @@ QPushButton& button(QWidget& window, const char* name) {
         throw std::runtime_error(std::string("no button ") + name);
     }
     return *found;
+}
+
+std::string readText(const fs::path& path) {
+    const auto bytes = readBytes(path);
+    return {bytes.begin(), bytes.end()};
 }
 
 using Startup = EditorFixture;
@@ -62,28 +68,97 @@ TEST_F(Startup, CancelAtEitherOptionsDialogEndsWithoutWriting) {
     EXPECT_EQ(readBytes(settingsFile()), before);
 }
 
-TEST_F(Startup, AFolderThatStillDoesNotExistAsksAgain) {
+TEST_F(Startup, AFolderThatDoesNotExistOffersNoLevelUntilARealOneIsChosen) {
     writeSettings((root_.path() / "gone").string());
-    // OK with the same missing folder, then a real one.
-    answerModals({[](QWidget& options) { button(options, "cmdOk").click(); },
-                  [this](QWidget& again) {
-                      // Browsing checks for MPIC and lists the folder's levels.
-                      dialogs_->folderAnswers = {toQString(root_.path()), toQString(dataFolder())};
-                      button(again, "cmdBrowseDataPath").click();
-                      button(again, "cmdBrowseDataPath").click();
-                      // The first OK wrote the empty level list's "" as the level.
-                      auto* levels = again.findChild<QComboBox*>("cmbDefLevel");
-                      EXPECT_TRUE(levels->isEnabled());
-                      levels->setCurrentText("L1MA1");
-                      button(again, "cmdOk").click();
-                  }});
+    whenModal([this](QWidget& options) {
+        // OK with the same missing folder: nothing to open, so it says so.
+        button(options, "cmdOk").click();
+        EXPECT_TRUE(options.isVisible());
+        // Browsing checks for MPIC and lists the folder's levels.
+        dialogs_->folderAnswers = {toQString(root_.path()), toQString(dataFolder())};
+        button(options, "cmdBrowseDataPath").click();
+        button(options, "cmdBrowseDataPath").click();
+        auto* levels = options.findChild<QComboBox*>("cmbDefLevel");
+        EXPECT_TRUE(levels->isEnabled());
+        EXPECT_EQ(levels->currentText(), "L1MA1");
+        button(options, "cmdOk").click();
+    });
     EXPECT_FALSE(startProgram(*shared_, *windows_).has_value());
     ASSERT_EQ(messages_->shown.size(), 3U);
-    EXPECT_EQ(messages_->shown[1].text, dataPathMessage);
+    EXPECT_EQ(messages_->shown[0].text, dataPathMessage);
+    EXPECT_TRUE(messages_->shown[1].text.startsWith("Please choose the default level."));
     EXPECT_EQ(messages_->shown[2].text,
               "The path you specified is not a valid Thornwick CD32 data path.");
     EXPECT_EQ(messages_->shown[2].style, messageStyle::exclamation);
     EXPECT_EQ(dialogs_->folderPrompts.front(), "Please select a Thornwick CD32 data folder");
+    EXPECT_EQ(dialogs_->lastFolder(), toQString(dataFolder())) << "file dialogs open there";
+}
+
+TEST_F(Startup, AFolderTypedByHandNeverLocksTheUserOut) {
+    // A data folder that went away, and the new one typed rather than
+    // browsed to: the level list follows what is typed.
+    writeSettings((root_.path() / "gone").string());
+    whenModal([this](QWidget& options) {
+        auto& path = child<QLineEdit>(options, "txtDataPath");
+        auto& levels = child<QComboBox>(options, "cmbDefLevel");
+        EXPECT_FALSE(levels.isEnabled());
+        path.selectAll();
+        QTest::keyClicks(&path, toQString(dataFolder()));
+        EXPECT_TRUE(levels.isEnabled());
+        EXPECT_EQ(levels.currentText(), "L1MA1");
+        button(options, "cmdOk").click();
+    });
+    ASSERT_FALSE(startProgram(*shared_, *windows_).has_value());
+    ASSERT_NE(windows_->mainWindow()->openedLevel(), nullptr);
+    EXPECT_EQ(dialogs_->lastFolder(), toQString(dataFolder()));
+    windows_->unloadWindows();
+
+    // A settings file that names no level: the message with the file, then
+    // the options, which will not write an empty name again.
+    writeSettings(dataFolder().string(), "");
+    messages_->shown.clear();
+    whenModal([this](QWidget& options) {
+        auto& levels = child<QComboBox>(options, "cmbDefLevel");
+        EXPECT_EQ(levels.currentIndex(), -1);
+        button(options, "cmdOk").click();
+        EXPECT_TRUE(options.isVisible());
+        levels.setCurrentText("L1MA2");
+        button(options, "cmdOk").click();
+    });
+    ASSERT_FALSE(startProgram(*shared_, *windows_).has_value());
+    ASSERT_EQ(messages_->shown.size(), 2U);
+    EXPECT_TRUE(messages_->shown[0].text.startsWith(
+        "The default level is invalid and cannot be loaded. Please reconfigure."));
+    EXPECT_TRUE(messages_->shown[0].text.contains(toQString(dataFolder())))
+        << messages_->shown[0].text.toStdString();
+    EXPECT_TRUE(messages_->shown[1].text.startsWith("Please choose the default level."));
+    EXPECT_EQ(windows_->mainWindow()->windowTitle(), "Marvek - L1MA2[*]");
+    EXPECT_NE(readText(settingsFile()).find("defaultLevel = \"L1MA2\";"), std::string::npos);
+}
+
+TEST_F(Startup, ASettingsFileNamingAConfigurationInCapitalsKeepsIt) {
+    writeSettings(dataFolder().string(), "L1MA1", "WORLD2");
+    ASSERT_FALSE(startProgram(*shared_, *windows_).has_value());
+    whenModal([](QWidget& options) {
+        EXPECT_EQ(child<QComboBox>(options, "cmbDefConfig").currentText(), "world2");
+        button(options, "cmdOk").click();
+    });
+    EXPECT_TRUE(windows_->options().showModal());
+    EXPECT_NE(readText(settingsFile()).find("defaultConfig = \"world2\";"), std::string::npos)
+        << readText(settingsFile());
+
+    // A configuration list with nothing chosen says so instead of writing "".
+    writeSettings(dataFolder().string(), "L1MA1", "nowhere");
+    shared_->settings.LoadConfiguration(settingsFile());
+    const auto before = readBytes(settingsFile());
+    whenModal([](QWidget& options) {
+        button(options, "cmdOk").click();
+        EXPECT_TRUE(options.isVisible());
+        button(options, "cmdCancel").click();
+    });
+    EXPECT_FALSE(windows_->options().showModal());
+    EXPECT_EQ(messages_->shown.back().text, "Please choose the default configuration.");
+    EXPECT_EQ(readBytes(settingsFile()), before);
 }
 
 TEST_F(Startup, ABrokenSettingsFileIsFatalAndLeftAlone) {
@@ -104,9 +179,13 @@ TEST_F(Startup, ABrokenSettingsFileIsFatalAndLeftAlone) {
         << messages_->fatal[1].toStdString();
 }
 
-TEST_F(Startup, ADefaultLevelThatDoesNotLoadSaysSoAndEnds) {
+TEST_F(Startup, ADefaultLevelThatDoesNotLoadLeadsToTheOptions) {
     writeSettings(dataFolder().string(), "L9MA9");
-    EXPECT_EQ(startProgram(*shared_, *windows_), exitFailed);
+    whenModal([](QWidget& options) {
+        EXPECT_EQ(options.objectName(), "frmOptions");
+        button(options, "cmdCancel").click();
+    });
+    EXPECT_EQ(startProgram(*shared_, *windows_), exitCancelled);
     ASSERT_EQ(messages_->shown.size(), 1U);
     const QString text = messages_->shown[0].text;
     EXPECT_TRUE(
@@ -115,13 +194,20 @@ TEST_F(Startup, ADefaultLevelThatDoesNotLoadSaysSoAndEnds) {
     EXPECT_EQ(messages_->shown[0].style, messageStyle::exclamation);
     EXPECT_EQ(windows_->mainWindow(), nullptr);
 
-    // A configuration with a syntax error names its file and line.
+    // A configuration with a syntax error names its file and line; choosing
+    // another one in the options starts the editor.
     writeText(appFolder() / "config" / "broken.cfg", "tileSet = \"L1BM\";\nspriteSet = 5b;\n");
     writeSettings(dataFolder().string(), "L1MA1", "broken");
-    EXPECT_EQ(startProgram(*shared_, *windows_), exitFailed);
+    whenModal([](QWidget& options) {
+        child<QComboBox>(options, "cmbDefConfig").setCurrentText("world1");
+        button(options, "cmdOk").click();
+    });
+    EXPECT_FALSE(startProgram(*shared_, *windows_).has_value());
     const QString broken = messages_->shown.back().text;
     EXPECT_TRUE(broken.contains("broken.cfg")) << broken.toStdString();
     EXPECT_TRUE(broken.contains("line 2")) << broken.toStdString();
+    ASSERT_NE(windows_->mainWindow(), nullptr);
+    EXPECT_NE(windows_->mainWindow()->openedLevel(), nullptr);
 }
 
 } // namespace

@@ -130,6 +130,25 @@ TEST_F(Tools, HelpOpensTheFaqPageWithTheSystemsHandler) {
     window.aboutFAQ();
     QDesktopServices::unsetUrlHandler("file");
     EXPECT_EQ(handler.source(), QUrl::fromLocalFile(toQString(appFolder() / "faq" / "index.html")));
+    EXPECT_TRUE(messages_->shown.empty());
+}
+
+TEST_F(Tools, HelpThatCannotOpenThePageSaysWhichAndWhy) {
+    frmMain& window = startEditor();
+    const fs::path page = appFolder() / "faq" / "index.html";
+    // The offscreen platform, like a system without a browser, has no
+    // handler for web pages.
+    window.aboutFAQ();
+    ASSERT_EQ(messages_->shown.size(), 1U);
+    EXPECT_EQ(messages_->shown[0].text,
+              "The help page " + toQString(page) +
+                  " could not be opened: this system has no program set to open web pages.");
+    EXPECT_EQ(messages_->shown[0].style, messageStyle::exclamation);
+
+    fs::remove(page);
+    window.aboutFAQ();
+    ASSERT_EQ(messages_->shown.size(), 2U);
+    EXPECT_EQ(messages_->shown[1].text, "The help page " + toQString(page) + " does not exist.");
 }
 
 } // namespace

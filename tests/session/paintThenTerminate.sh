@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Starts the editor on a virtual display, paints a cell of the level view with
+# a real mouse click, waits for the title's unsaved mark, then sends the
+# signal and writes the editor's exit status to STATUS.
+#   paintThenTerminate.sh EDITOR STATUS [SIGNAL]
+set -euo pipefail
+[ $# -ge 2 ] || { echo "usage: paintThenTerminate.sh EDITOR STATUS [SIGNAL]" >&2; exit 2; }
+for tool in xvfb-run xdotool; do
+  command -v "$tool" >/dev/null || { echo "paintThenTerminate.sh: $tool is missing (scripts/install-deps)" >&2; exit 2; }
+done
+
+xvfb-run -a -s "-screen 0 1280x900x24" bash -c '
+  editor=$1 status=$2 signal=$3
+  # The tests run offscreen; this one needs the virtual display.
+  QT_QPA_PLATFORM=xcb "$editor" &
+  pid=$!
+  window=$(timeout 60 xdotool search --sync --onlyvisible --name "^Marvek - L1MA1") || {
+    echo "the editor showed no level window" >&2; kill -KILL $pid; exit 3; }
+  window=$(echo "$window" | head -n 1)
+  # Inside the level view, below the menu bar.
+  xdotool mousemove --window "$window" 150 150 click 1
+  for _ in $(seq 200); do
+    case $(xdotool getwindowname "$window") in *"*") break ;; esac
+    sleep 0.05
+  done
+  kill -"$signal" $pid
+  wait $pid
+  echo $? >"$status"
+' _ "$1" "$2" "${3:-TERM}"
