@@ -36,12 +36,7 @@ void EditorWindows::loadWindows() {
 
 bool EditorWindows::initialLoad() {
     main_->show();
-    if (!main_->initialLoad()) {
-        // The options come next; an empty editor behind them helps no one.
-        main_->hide();
-        return false;
-    }
-    return true;
+    return main_->initialLoad();
 }
 
 void EditorWindows::unloadWindows() {

@@ -40,6 +40,8 @@ bool frmMain::initialLoad() {
     QString failure;
     if (!useConfig(level, toQString(settingText(settings, settingKey::defaultConfig, {})),
                    dialogs_.openLevel.loadUnknown(), &failure)) {
+        // The options come next; an empty editor behind them helps no one.
+        hide();
         shared_.messages->show(this, defaultLevelMessage + "\n\n" + failure,
                                messageStyle::exclamation);
         return false;
