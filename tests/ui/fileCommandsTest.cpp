@@ -94,6 +94,30 @@ TEST_F(FileCommands, AFailedSaveNamesTheFileAndKeepsTheLevelModified) {
         << "the next file dialog opens where the last good choice was";
 }
 
+TEST_F(FileCommands, FileDialogsFollowTheDataFolderUntilTheUserChoosesAnother) {
+    frmMain& window = startEditor();
+    EXPECT_EQ(dialogs_->lastFolder(), toQString(dataFolder()));
+    const fs::path moved = root_.path() / "moved";
+    fs::copy(dataFolder(), moved, fs::copy_options::recursive);
+    const auto browseTo = [this](const fs::path& folder) {
+        whenModal([this, folder](QWidget& options) {
+            dialogs_->folderAnswers = {toQString(folder)};
+            child<QPushButton>(options, "cmdBrowseDataPath").click();
+            child<QPushButton>(options, "cmdOk").click();
+        });
+    };
+    browseTo(moved);
+    window.toolsOptions();
+    EXPECT_EQ(dialogs_->lastFolder(), toQString(moved));
+
+    // A file the user chose elsewhere wins over the data folder.
+    dialogs_->fileAnswers = {{toQString(root_.path() / "L1MA7")}};
+    run(window, "itmFileSaveAs");
+    browseTo(dataFolder());
+    window.toolsOptions();
+    EXPECT_EQ(dialogs_->lastFolder(), toQString(root_.path()));
+}
+
 TEST_F(FileCommands, OpenAsksAboutChangesAndHonoursEachAnswer) {
     frmMain& window = startEditor();
     const fs::path second = dataFolder() / "L1MA2";
