@@ -36,6 +36,9 @@ void EditorWindows::loadWindows() {
 
 bool EditorWindows::initialLoad() {
     main_->show();
+    // Keys reach the editor at once, also on a display without a window
+    // manager to give it the focus.
+    main_->activateWindow();
     return main_->initialLoad();
 }
 
