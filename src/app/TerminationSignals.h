@@ -11,7 +11,8 @@ namespace marvek {
 // Turns SIGTERM, SIGHUP and SIGINT into a Qt signal on the event loop. The
 // handler itself only writes the signal's number to a pipe, the one thing
 // that is safe there; everything else runs later, as an ordinary event. One
-// instance at a time; the former handlers come back when it goes.
+// instance at a time (a second one stays silent); the former handlers come
+// back when it goes.
 class TerminationSignals final : public QObject {
     Q_OBJECT
 
@@ -20,9 +21,6 @@ public:
     ~TerminationSignals() override;
     TerminationSignals(const TerminationSignals&) = delete;
     TerminationSignals& operator=(const TerminationSignals&) = delete;
-
-    // False when the pipe or the handlers could not be set up.
-    bool isListening() const noexcept { return notifier_ != nullptr; }
 
     // The status a program ends with after this signal, as a shell reports it.
     static int exitStatusFor(int signalNumber) noexcept { return 128 + signalNumber; }
