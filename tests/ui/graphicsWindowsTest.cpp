@@ -86,8 +86,6 @@ TEST_F(GraphicsWindows, TheBrowserShowsExportsAndImportsTheTiles) {
         QTest::keyClick(&width, Qt::Key_Backspace);
         EXPECT_EQ(width.text(), "");
         EXPECT_EQ(static_cast<frmGraphics&>(browser).format().width, 1);
-        QTest::keyClicks(&width, "25");
-        EXPECT_EQ(width.text(), "25");
         typeNumber(browser, "txtBitPlanes", "9");
         EXPECT_EQ(child<QLineEdit>(browser, "txtBitPlanes").text(), "8");
         typeNumber(browser, "txtXCount", "700");

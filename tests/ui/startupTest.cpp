@@ -146,19 +146,6 @@ TEST_F(Startup, ASettingsFileNamingAConfigurationInCapitalsKeepsIt) {
     EXPECT_TRUE(windows_->options().showModal());
     EXPECT_NE(readText(settingsFile()).find("defaultConfig = \"world2\";"), std::string::npos)
         << readText(settingsFile());
-
-    // A configuration list with nothing chosen says so instead of writing "".
-    writeSettings(dataFolder().string(), "L1MA1", "nowhere");
-    shared_->settings.LoadConfiguration(settingsFile());
-    const auto before = readBytes(settingsFile());
-    whenModal([](QWidget& options) {
-        button(options, "cmdOk").click();
-        EXPECT_TRUE(options.isVisible());
-        button(options, "cmdCancel").click();
-    });
-    EXPECT_FALSE(windows_->options().showModal());
-    EXPECT_EQ(messages_->shown.back().text, "Please choose the default configuration.");
-    EXPECT_EQ(readBytes(settingsFile()), before);
 }
 
 TEST_F(Startup, ABrokenSettingsFileIsFatalAndLeftAlone) {
