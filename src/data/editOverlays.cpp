@@ -46,12 +46,12 @@ void renderRegionTint(clsBackBuffer& backBuffer, const clsCamera& camera, std::i
         const std::uint8_t* inside = region.row(y);
         std::int32_t x = firstColumn;
         while (x <= lastColumn) {
-            if (inside[x] == 0) {
+            if ((inside[x] & 1) == 0) {
                 ++x;
                 continue;
             }
             const std::int32_t start = x;
-            while (x <= lastColumn && inside[x] != 0) {
+            while (x <= lastColumn && (inside[x] & 1) != 0) {
                 ++x;
             }
             // With the grid shown the tint covers the gap between the run's

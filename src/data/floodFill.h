@@ -24,7 +24,8 @@ public:
     bool empty() const noexcept { return count_ == 0; }
     // False outside the map.
     bool contains(std::int32_t x, std::int32_t y) const noexcept;
-    // Flags of one row, width() of them; 1 for a cell of the region.
+    // Flags of one row, width() of them; bit 0 is set for a cell of the
+    // region, the other bits mean nothing.
     const std::uint8_t* row(std::int32_t y) const noexcept {
         return inside_.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width_);
     }

@@ -44,7 +44,7 @@ void BucketFillTool::preview(const ToolPreview& view) const {
     const CellRegion region =
         floodRegion(view.level, view.cell.x(), view.cell.y(), keyFor(view.mode));
     renderRegionTint(view.backBuffer, view.camera, view.level.tileSpacing, region,
-                     createBGRA(0, 160, 255, 110), view.options.alphaBlending);
+                     createBGRA(0, 160, 255, 140), view.options.alphaBlending);
 }
 
 } // namespace marvek

@@ -309,9 +309,9 @@ void frmMain::editReplaceTile() {
     clsLevel& level = opened_->level;
     const QPoint cell = levelCellAt(mouseX_, mouseY_);
     const std::int32_t brushTile = brush_.empty() ? 0 : brush_.at(0, 0);
-    const std::int32_t underPointer = pointerOverLevel_ && level.contains(cell.x(), cell.y())
-                                          ? level.cellAt(cell.x(), cell.y()).tile
-                                          : brushTile;
+    // The menu is out of the view, so the last cell the pointer was over.
+    const std::int32_t underPointer =
+        level.contains(cell.x(), cell.y()) ? level.cellAt(cell.x(), cell.y()).tile : brushTile;
     const auto& selection = selectTool_->selection();
     if (!replaceTile_->showModal(underPointer, brushTile, largestTile, selection.has_value())) {
         return;

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -119,6 +120,54 @@ TEST_F(CellEditing, FloodStaysInsideWallsAndDoesNotCrossDiagonals) {
     EXPECT_TRUE(floodRegion(level_, 0, -1, RegionKey::tile).empty());
 }
 
+TEST_F(CellEditing, FloodAgreesWithACellByCellSearchOnMazes) {
+    // Widths around the sixteen-cell strides the fill takes at once.
+    std::mt19937 random(18);
+    for (const std::int32_t width : {1, 7, 16, 17, 33, 64, 70}) {
+        for (int round = 0; round < 6; ++round) {
+            const std::int32_t height = 1 + static_cast<std::int32_t>(random() % 40);
+            std::vector<std::string> rows(static_cast<std::size_t>(height));
+            for (auto& row : rows) {
+                for (std::int32_t x = 0; x < width; ++x) {
+                    // Mostly open, so that regions are large and ragged.
+                    row += random() % 4 == 0 ? '#' : '.';
+                }
+            }
+            draw(rows);
+            const std::int32_t x0 = static_cast<std::int32_t>(random() % width);
+            const std::int32_t y0 = static_cast<std::int32_t>(random() % height);
+            std::vector<bool> expected(static_cast<std::size_t>(width * height));
+            std::vector<Point> queue{{x0, y0}};
+            expected[static_cast<std::size_t>(y0 * width + x0)] = true;
+            while (!queue.empty()) {
+                const auto [x, y] = queue.back();
+                queue.pop_back();
+                for (const auto& [nx, ny] :
+                     {Point(x - 1, y), Point(x + 1, y), Point(x, y - 1), Point(x, y + 1)}) {
+                    const auto at = static_cast<std::size_t>(ny * width + nx);
+                    if (level_.contains(nx, ny) && !expected[at] &&
+                        level_.cellAt(nx, ny).tile == level_.cellAt(x0, y0).tile) {
+                        expected[at] = true;
+                        queue.emplace_back(nx, ny);
+                    }
+                }
+            }
+            const CellRegion region = floodRegion(level_, x0, y0, RegionKey::tile);
+            std::int64_t count = 0;
+            for (std::int32_t y = 0; y < height; ++y) {
+                for (std::int32_t x = 0; x < width; ++x) {
+                    const bool inside = expected[static_cast<std::size_t>(y * width + x)];
+                    count += inside ? 1 : 0;
+                    ASSERT_EQ(region.contains(x, y), inside)
+                        << width << " x " << height << " from " << x0 << "," << y0 << " at " << x
+                        << "," << y;
+                }
+            }
+            EXPECT_EQ(region.count(), count);
+        }
+    }
+}
+
 TEST_F(CellEditing, BrushPatternIsAnchoredAtTheClickedCell) {
     draw({
         "......",
@@ -145,6 +194,15 @@ TEST_F(CellEditing, BrushPatternIsAnchoredAtTheClickedCell) {
     EXPECT_EQ(level_.cellAt(0, 1).special, 0) << "tile 2 has none";
     EXPECT_EQ(level_.cellAt(0, 3).special, 0) << "walls untouched";
     EXPECT_TRUE(level_.modified);
+    // A brush taller than the level still repeats from the clicked row.
+    draw({"...", "...", "..."});
+    CellBlock tall(1, 5);
+    for (std::int16_t row = 0; row < 5; ++row) {
+        tall.at(0, row).tile = static_cast<std::int16_t>(row + 1);
+    }
+    fillRegion(level_, floodRegion(level_, 0, 1, RegionKey::tile), tall, 0, 1,
+               PatternSpecials::keep);
+    EXPECT_EQ(tiles(), (std::vector<std::string>{"555", "111", "222"}));
 }
 
 TEST_F(CellEditing, FillsKeepOrCarrySpecialsAsAsked) {
