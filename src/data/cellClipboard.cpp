@@ -57,6 +57,10 @@ CellBlock decodeCells(std::span<const std::uint8_t> bytes) {
     if (width == 0 || height == 0) {
         throw CellClipboardError("the clipboard holds an empty block of cells");
     }
+    if (std::int64_t{width} * height > TileGrid::maximumEntries) {
+        throw CellClipboardError("the clipboard holds " + std::to_string(width) + " x " +
+                                 std::to_string(height) + " cells, more than a brush can take");
+    }
     const std::size_t expected = headerSize + static_cast<std::size_t>(width) *
                                                   static_cast<std::size_t>(height) * bytesPerCell;
     if (bytes.size() != expected) {

@@ -27,6 +27,7 @@
 #include <QToolBar>
 
 #include <cmath>
+#include <exception>
 
 namespace marvek {
 namespace {
@@ -263,7 +264,7 @@ void frmMain::editPaste() {
     ClipboardCells pasted;
     try {
         pasted = cellsFromClipboard();
-    } catch (const CellClipboardError& error) {
+    } catch (const std::exception& error) {
         shared_.messages->show(this,
                                "Nothing was pasted: " + QString::fromStdString(error.what()) + ".",
                                messageStyle::exclamation);

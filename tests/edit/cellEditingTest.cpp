@@ -301,11 +301,16 @@ TEST(CellClipboard, BytesRoundTripAndDamageIsNamed) {
     newer[5] = 2;
     auto empty = bytes;
     empty[7] = 0;
+    // 65535 x 65535 cells, whatever bytes follow, are refused before any
+    // block is made.
+    auto huge = bytes;
+    std::fill(huge.begin() + 6, huge.begin() + 10, 0xFF);
     for (const auto& [damaged, words] :
          std::vector<std::pair<std::vector<std::uint8_t>, std::string>>{{truncated, "damaged"},
                                                                         {badMagic, "mark"},
                                                                         {newer, "version 2"},
                                                                         {empty, "empty"},
+                                                                        {huge, "more than a brush"},
                                                                         {{}, "mark"}}) {
         try {
             decodeCells(damaged);
