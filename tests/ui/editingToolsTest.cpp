@@ -201,6 +201,30 @@ TEST_F(EditingTools, BucketFillTintsAndFillsOneRegionWithTheAnchoredBrush) {
     EXPECT_EQ(level().cellAt(clickX, clickY).tile, brush.at(0, 0));
     window_->editUndo();
     EXPECT_EQ(grid(), before);
+
+    // In Specials mode the cells of one special take the selected one.
+    QTest::keyClick(window_, Qt::Key_S);
+    // The palette's second row: the first is "no special".
+    const clsSpecialSet& set = window_->openedLevel()->specialSet;
+    QTest::mouseClick(&palette(), Qt::LeftButton, {},
+                      {40, PictureBox::border + set.rowBottoms().front() + 1});
+    const auto id = static_cast<std::uint8_t>(window_->selectedSpecial()->Id);
+    const CellRegion specials = floodRegion(level(), clickX, clickY, RegionKey::special);
+    ASSERT_NE(level().cellAt(clickX, clickY).special, id);
+    QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(clickX, clickY));
+    EXPECT_EQ(window_->history().nextUndo(), "Bucket Fill");
+    std::int64_t changed = 0;
+    for (std::int32_t y = 0; y < level().height; ++y) {
+        for (std::int32_t x = 0; x < level().width; ++x) {
+            const Cell& now = level().cellAt(x, y);
+            Cell old;
+            std::memcpy(&old, &before[static_cast<std::size_t>(y * level().width + x) * 4], 4);
+            ASSERT_EQ(now.tile, old.tile);
+            changed += now.special != old.special ? 1 : 0;
+            ASSERT_EQ(now.special, specials.contains(x, y) ? id : old.special);
+        }
+    }
+    EXPECT_EQ(changed, specials.count());
 }
 
 TEST_F(EditingTools, CutCellsTravelToAnotherLevelWithTheirSpecials) {
