@@ -12,6 +12,7 @@ void UndoHistory::clear() {
     undoInit();
     undoNames_.clear();
     redoNames_.clear();
+    dropped_ = false;
 }
 
 void UndoHistory::setMaximum(std::int32_t maximum) {
@@ -20,6 +21,7 @@ void UndoHistory::setMaximum(std::int32_t maximum) {
     for (auto* names : {&undoNames_, &redoNames_}) {
         while (names->size() > maximum_) {
             names->pop_front();
+            dropped_ = dropped_ || names == &undoNames_;
         }
     }
 }
@@ -27,7 +29,7 @@ void UndoHistory::setMaximum(std::int32_t maximum) {
 void UndoHistory::record(const clsLevel& level, std::string name) {
     level.addUndo();
     redoNames_.clear();
-    push(undoNames_, std::move(name), maximum_);
+    dropped_ = push(undoNames_, std::move(name), maximum_) || dropped_;
 }
 
 std::string UndoHistory::undo(clsLevel& level) {
@@ -46,7 +48,7 @@ std::string UndoHistory::redo(clsLevel& level) {
     }
     std::string name = std::move(redoNames_.back());
     redoNames_.pop_back();
-    push(undoNames_, name, maximum_);
+    dropped_ = push(undoNames_, name, maximum_) || dropped_;
     return name;
 }
 
@@ -58,14 +60,22 @@ std::string UndoHistory::nextRedo() const {
     return redoNames_.empty() ? std::string() : redoNames_.back();
 }
 
-void UndoHistory::push(std::deque<std::string>& names, std::string name, std::size_t maximum) {
+std::vector<std::string> UndoHistory::steps() const {
+    std::vector<std::string> all(undoNames_.begin(), undoNames_.end());
+    all.insert(all.end(), redoNames_.rbegin(), redoNames_.rend());
+    return all;
+}
+
+bool UndoHistory::push(std::deque<std::string>& names, std::string name, std::size_t maximum) {
     if (maximum == 0) {
-        return;
+        return true;
     }
     names.push_back(std::move(name));
     if (names.size() > maximum) {
         names.pop_front();
+        return true;
     }
+    return false;
 }
 
 } // namespace marvek

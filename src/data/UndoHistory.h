@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <deque>
 #include <string>
+#include <vector>
 
 namespace marvek {
 
@@ -31,12 +32,23 @@ public:
     std::string nextUndo() const;
     std::string nextRedo() const;
 
+    // Every kept step's name, oldest first: the steps done, then those that
+    // redo would bring back, the next one first.
+    std::vector<std::string> steps() const;
+    // How many of steps() are in the grid now.
+    std::size_t applied() const noexcept { return undoNames_.size(); }
+    // True once the bound has made the oldest step give way, so that the
+    // first kept state is no longer the level as it was opened.
+    bool droppedSteps() const noexcept { return dropped_; }
+
 private:
-    static void push(std::deque<std::string>& names, std::string name, std::size_t maximum);
+    // True when the oldest name gave way.
+    static bool push(std::deque<std::string>& names, std::string name, std::size_t maximum);
 
     std::deque<std::string> undoNames_;
     std::deque<std::string> redoNames_;
     std::size_t maximum_ = 50;
+    bool dropped_ = false;
 };
 
 } // namespace marvek

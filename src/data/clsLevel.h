@@ -27,6 +27,8 @@ struct Cell {
     std::int16_t tile = 0;
     std::uint8_t special = 0;
     std::uint8_t spare = 0;
+
+    bool operator==(const Cell&) const = default;
 };
 static_assert(sizeof(Cell) == 4, "the undo store snapshots cells as 4-byte records");
 

@@ -1,5 +1,7 @@
 // marvek-tool bench [--data DIR] [--app DIR]: every speed figure, each against
 // a reference, as "NAME: OURS REF RATIO" (microseconds, ratio ours / ref).
+#include "data/CellBlock.h"
+#include "data/floodFill.h"
 #include "data/levelExport.h"
 #include "graphics/clsBackBuffer.h"
 #include "graphics/clsCamera.h"
@@ -180,6 +182,31 @@ void benchPackAndUnpack(const std::vector<std::uint8_t>& data) {
     benchUnpack(ours.bytes);
 }
 
+// A bucket fill of a whole standard level of one tile, region and fill,
+// against one copy of the level's grid.
+void benchBucketFill() {
+    clsLevel level;
+    level.width = 300;
+    level.height = 84;
+    level.resizeCells();
+    for (Cell& cell : level.cells()) {
+        cell.tile = 1;
+    }
+    CellBlock brush(1, 1);
+    const double ours = medianMicros([&] {
+        // Each run fills with the other tile, so each floods the whole map.
+        brush.at(0, 0).tile = static_cast<std::int16_t>(3 - level.cells()[0].tile);
+        const CellRegion region = floodRegion(level, 150, 42, RegionKey::tile);
+        fillRegion(level, region, brush, 150, 42, PatternSpecials::keep);
+        keep(region.count());
+    });
+    if (level.cells().back().tile == level.cells().front().tile) {
+        printFigure("bucket-fill", ours, medianMicros(FrameCopy(level.cells().size())));
+    } else {
+        throw std::runtime_error("the benchmark's bucket fill missed cells");
+    }
+}
+
 void runAll(const BenchArguments& parsed) {
     renderInit();
     const OpenedLevel world = parsed.dataFolder
@@ -194,6 +221,7 @@ void runAll(const BenchArguments& parsed) {
     benchPresent("present-zoom2", 2);
     benchRender(world, options);
     benchPackAndUnpack(levelBytes(world));
+    benchBucketFill();
 }
 
 } // namespace

@@ -4,7 +4,12 @@
 #include "app/SharedObjects.h"
 #include "app/clsMessageBox.h"
 #include "data/openLevel.h"
+#include "ui/BrushTool.h"
+#include "ui/BucketFillTool.h"
+#include "ui/HistoryPanel.h"
 #include "ui/PictureBox.h"
+#include "ui/SelectTool.h"
+#include "ui/frmReplaceTile.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -117,6 +122,7 @@ void frmMain::buildMenus() {
     edit->addSeparator();
     connect(addCommand(*edit, "itmEditPalette", "&Palette..."), &QAction::triggered, this,
             &frmMain::editPalette);
+    buildEditing(*edit);
 
     QMenu* tools = menuBar()->addMenu("&Tools");
     tools->setObjectName("mnuTools");
@@ -172,8 +178,18 @@ void frmMain::keyPressEvent(QKeyEvent* event) {
         }
         return;
     }
+    if (event->key() == Qt::Key_Escape) {
+        escapeToBrush();
+        return;
+    }
     const QString typed = event->text().toUpper();
-    if (typed == "B") {
+    if (typed == "P") {
+        chooseTool(Tool::brush);
+    } else if (typed == "F") {
+        chooseTool(Tool::bucketFill);
+    } else if (typed == "R") {
+        chooseTool(Tool::select);
+    } else if (typed == "B") {
         toggleRenderFlag(renderFlags::outlines);
     } else if (typed == "O") {
         toggleRenderFlag(renderFlags::oversizeMarks);

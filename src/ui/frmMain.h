@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/CellBlock.h"
 #include "data/TileGrid.h"
 #include "data/UndoHistory.h"
 #include "data/clsRenderOptions.h"
@@ -11,13 +12,16 @@
 #include <QMainWindow>
 #include <QPoint>
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 class QAction;
+class QLabel;
 class QScrollBar;
 class QTabBar;
 
@@ -35,6 +39,13 @@ class frmEditPalette;
 class frmOptions;
 class frmStatus;
 class PictureBox;
+class LevelTool;
+class BrushTool;
+class BucketFillTool;
+class SelectTool;
+class HistoryPanel;
+class frmReplaceTile;
+struct ToolContext;
 
 // The dialogs the main window opens; they live as long as it does.
 struct MainDialogs {
@@ -97,6 +108,31 @@ public:
     bool selectionVisible() const noexcept { return selectionVisible_; }
     const clsRectangle& paletteSelection() const noexcept { return paletteSelection_; }
 
+    // The editing tools; the Brush is the tool at start.
+    enum class Tool { brush, bucketFill, select };
+    Tool tool() const noexcept { return tool_; }
+    void chooseTool(Tool tool);
+    // Back to the Brush, the selection dropped.
+    void escapeToBrush();
+    // The Select tool's rectangle of cells, normalised; none when nothing
+    // is selected.
+    std::optional<clsRectangle> cellSelection() const;
+    // The cells a brush made by Paste stamps, specials and all; null for a
+    // brush of palette tiles.
+    const CellBlock* brushCells() const noexcept { return brushCells_ ? &*brushCells_ : nullptr; }
+    // The clipboard and selection commands of the Edit menu.
+    void editCut();
+    void editCopy();
+    void editPaste();
+    void editDelete();
+    void editSelectAll();
+    void editSelectNone();
+    void editReplaceTile();
+    // The level as it was at a History entry: 0 before every kept step, n
+    // after the n-th.
+    void goToHistoryEntry(int index);
+    HistoryPanel& historyPanel() const noexcept { return *historyPanel_; }
+
     // Every change to the level goes through here: an undo step called
     // stepName, the change, the level marked modified, the view redrawn.
     void editLevel(const std::string& stepName, const std::function<void(clsLevel&)>& change);
@@ -125,6 +161,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -133,6 +170,17 @@ private:
     QAction* addCommand(QMenu& menu, const char* name, const QString& caption,
                         const QKeySequence& shortcut = {});
     void layOut();
+    // The tools, their tool bar and menu, the clipboard commands and the
+    // History dock (frmMainEditing.cpp).
+    void buildEditing(QMenu& edit);
+    void buildToolActions(QMenu& edit);
+    void buildHistoryDock();
+    LevelTool& activeTool() const;
+    ToolContext toolContext(int shift, float x, float y);
+    void renderToolMarks();
+    void updateSelectionCommands();
+    // The selection's cells on the clipboard; false when nothing is selected.
+    bool copySelectionToClipboard();
 
     void loadOptions();
     // A level just opened: fresh editing state, views sized and drawn.
@@ -170,8 +218,8 @@ private:
     void startSelection(std::uint32_t colour);
     void copySelection();
     void fillSelection();
-    void paintBrush(float x, float y);
-    void placeSpecial(float x, float y);
+    // A drag that the active tool began is on.
+    bool toolDragOn() const noexcept;
     // The level cell under a view position.
     QPoint levelCellAt(float x, float y) const;
     QPoint paletteCellAt(float x, float y) const;
@@ -186,6 +234,20 @@ private:
     QTabBar* tabMode_ = nullptr;
     QAction* itmEditUndo_ = nullptr;
     QAction* itmEditRedo_ = nullptr;
+    QAction* itmEditCut_ = nullptr;
+    QAction* itmEditCopy_ = nullptr;
+    QAction* itmEditDelete_ = nullptr;
+    QAction* itmEditSelectNone_ = nullptr;
+    QLabel* lblTool_ = nullptr;
+    HistoryPanel* historyPanel_ = nullptr;
+    frmReplaceTile* replaceTile_ = nullptr;
+    std::unique_ptr<BrushTool> brushTool_;
+    std::unique_ptr<BucketFillTool> bucketFillTool_;
+    std::unique_ptr<SelectTool> selectTool_;
+    Tool tool_ = Tool::brush;
+    // Brush, Bucket Fill, Select: checked as the tool is chosen.
+    std::array<QAction*, 3> toolActions_{};
+    std::optional<CellBlock> brushCells_;
 
     std::unique_ptr<OpenedLevel> opened_;
     UndoHistory history_;

@@ -6,6 +6,7 @@
 #include "app/settings.h"
 #include "data/levelRecovery.h"
 #include "data/openLevel.h"
+#include "ui/HistoryPanel.h"
 #include "ui/frmEditPalette.h"
 #include "ui/frmGraphics.h"
 #include "ui/frmOpenLevel.h"
@@ -208,6 +209,10 @@ void frmMain::updateCommands() {
     itmEditUndo_->setEnabled(!undo.empty());
     itmEditRedo_->setText(stepCaption("&Redo", redo));
     itmEditRedo_->setEnabled(!redo.empty());
+    if (historyPanel_ != nullptr) {
+        historyPanel_->refresh(history_);
+    }
+    updateSelectionCommands();
 }
 
 QString frmMain::keepUnsavedWork() {

@@ -7,6 +7,7 @@
 #include "app/settings.h"
 #include "data/openLevel.h"
 #include "ui/PictureBox.h"
+#include "ui/SelectTool.h"
 #include "ui/frmOpenLevel.h"
 #include "ui/frmStatus.h"
 
@@ -119,8 +120,12 @@ void frmMain::resetEditState() {
     paletteCamera_ = clsCamera();
     brush_ = TileGrid(1, 1);
     brush_.at(0, 0) = 1;
+    brushCells_.reset();
     selection_ = clsRectangle();
     selectionVisible_ = false;
+    if (selectTool_) {
+        selectTool_->drop();
+    }
     paletteSelection_ = clsRectangle();
     selectedSpecial_ = nullptr;
     if (opened_ && opened_->specialSet.count() > 0) {
@@ -207,21 +212,9 @@ void frmMain::renderLevel() {
         return;
     }
     const clsLevel& level = opened_->level;
-    const clsRenderOptions options = renderOptions();
     level.renderTo(levelBuffer_, levelCamera_, opened_->tileSet, opened_->specialSet, renderFlags_,
-                   options);
-    const bool modifierHeld = mode_ == tilesMode ? tileModifierHeld_ : specialModifierHeld_;
-    if (!modifierHeld && pointerOverLevel_) {
-        const std::int32_t z = zoomFactor();
-        const std::int32_t x = rounded(mouseX_ / z);
-        const std::int32_t y = rounded(mouseY_ / z);
-        if (mode_ == tilesMode) {
-            level.renderSelectMap(levelBuffer_, levelCamera_, opened_->tileSet, brush_, x, y);
-        } else if (selectedSpecial_ != nullptr) {
-            level.renderSelectedSpecial(levelBuffer_, levelCamera_, *selectedSpecial_, x, y,
-                                        options);
-        }
-    }
+                   renderOptions());
+    renderToolMarks();
     if (selectionVisible_) {
         level.renderTileRect(levelBuffer_, levelCamera_, selection_, alphaBlending_);
     }

@@ -5,7 +5,10 @@
 #include "app/qtPaths.h"
 #include "data/openLevel.h"
 #include "native/marvek.h"
+#include "ui/BrushTool.h"
+#include "ui/LevelTool.h"
 #include "ui/PictureBox.h"
+#include "ui/SelectTool.h"
 
 #include <QStatusBar>
 
@@ -23,9 +26,7 @@ constexpr int ctrlMask = 2;
 // Drag states; 0 is idle.
 constexpr std::int32_t scrolling = 1;
 constexpr std::int32_t choosingTiles = 2;
-constexpr std::int32_t painting = 3;
 constexpr std::int32_t copying = 4;
-constexpr std::int32_t placing = 5;
 constexpr std::int32_t filling = 6;
 
 // Selections stop at the game's standard level size whatever the open
@@ -77,10 +78,7 @@ void frmMain::levelPressed(int button, int shift, float x, float y) {
     } else if (shift == ctrlMask && dragState_ == 0) {
         dragState_ = filling;
         startSelection(createBGRA(0, 255, 0, 80));
-    } else if (mode_ == tilesMode) {
-        dragState_ = painting;
-        editLevel("Paint", [&](clsLevel& /*level*/) { paintBrush(x, y); });
-    } else if (shift == shiftMask) {
+    } else if (mode_ == specialsMode && shift == shiftMask) {
         const QPoint cell = levelCellAt(x, y);
         const clsLevel& level = opened_->level;
         const std::uint8_t id =
@@ -92,13 +90,17 @@ void frmMain::levelPressed(int button, int shift, float x, float y) {
         }
         renderLevel();
         renderPalette();
-    } else if (shift == 0) {
-        dragState_ = placing;
-        editLevel("Place Special", [&](clsLevel& /*level*/) { placeSpecial(x, y); });
+    } else {
+        // The plain press is the active tool's.
+        ToolContext context = toolContext(shift, x, y);
+        if (const std::int32_t state = activeTool().press(context); state != 0) {
+            dragState_ = state;
+        }
+        updateSelectionCommands();
     }
 }
 
-void frmMain::levelMoved(int buttons, int /*shift*/, float x, float y) {
+void frmMain::levelMoved(int buttons, int shift, float x, float y) {
     mouseX_ = std::nearbyint(x);
     mouseY_ = std::nearbyint(y);
     pointerOverLevel_ = true;
@@ -108,26 +110,27 @@ void frmMain::levelMoved(int buttons, int /*shift*/, float x, float y) {
     const bool leftHeld = (buttons & leftButton) != 0;
     if (dragState_ == scrolling) {
         scrollDrag();
-    } else if (leftHeld && mode_ == tilesMode && dragState_ == painting) {
-        paintBrush(x, y);
+    } else if (leftHeld && toolDragOn()) {
+        ToolContext context = toolContext(shift, x, y);
+        activeTool().drag(context);
         renderLevel();
     } else if (leftHeld &&
                ((dragState_ == copying && mode_ == tilesMode) || dragState_ == filling)) {
         dragSelection(x, y);
-    } else if (leftHeld && mode_ == specialsMode && dragState_ == placing) {
-        placeSpecial(x, y);
-        renderLevel();
     } else if (dragState_ == 0) {
         renderLevel();
     }
     showCellStatus();
 }
 
-void frmMain::levelReleased(int button, int /*shift*/, float /*x*/, float /*y*/) {
+void frmMain::levelReleased(int button, int shift, float x, float y) {
     const std::int32_t state = dragState_;
-    if ((button == rightButton && state == scrolling) ||
-        (mode_ == tilesMode && state == painting) || (mode_ == specialsMode && state == placing)) {
+    if (button == rightButton && state == scrolling) {
         // The gesture's work was done as the pointer moved.
+    } else if (toolDragOn()) {
+        ToolContext context = toolContext(shift, x, y);
+        activeTool().release(context);
+        updateSelectionCommands();
     } else if (mode_ == tilesMode && state == copying) {
         copySelection();
     } else if (state == filling) {
@@ -146,18 +149,10 @@ void frmMain::levelLeft() {
     statusBar()->clearMessage();
 }
 
-void frmMain::paintBrush(float x, float y) {
-    const std::int32_t z = zoomFactor();
-    opened_->level.placeSelectMap(brush_, rounded(double(x) / z), rounded(double(y) / z),
-                                  levelCamera_, autoPlaceSpecials_);
-}
-
-void frmMain::placeSpecial(float x, float y) {
-    const QPoint cell = levelCellAt(x, y);
-    clsLevel& level = opened_->level;
-    if (selectedSpecial_ != nullptr && level.contains(cell.x(), cell.y())) {
-        level.setSpecial(cell.x(), cell.y(), static_cast<std::uint8_t>(selectedSpecial_->Id));
-    }
+bool frmMain::toolDragOn() const noexcept {
+    return (dragState_ == BrushTool::painting && mode_ == tilesMode) ||
+           (dragState_ == BrushTool::placing && mode_ == specialsMode) ||
+           dragState_ == SelectTool::selecting;
 }
 
 void frmMain::scrollDrag() {
@@ -197,6 +192,7 @@ void frmMain::copySelection() {
     releaseModifiers();
     selection_.Normalize();
     brush_ = opened_->level.getTiles(selection_);
+    brushCells_.reset();
     renderLevel();
 }
 
@@ -262,6 +258,7 @@ void frmMain::paletteReleased(int /*button*/, int /*shift*/, float /*x*/, float 
     clsRectangle& area = paletteSelection_;
     area.Normalize();
     brush_ = TileGrid(area.width + 1, area.height + 1);
+    brushCells_.reset();
     for (std::int32_t j = 0; j <= area.height; ++j) {
         for (std::int32_t i = 0; i <= area.width; ++i) {
             brush_.at(i, j) = (area.top + j) * paletteColumns + area.left + i;

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "ui/LevelTool.h"
+
+namespace marvek {
+
+// Fills the 4-connected region of cells that share the clicked cell's tile
+// (Tiles mode) or special (Specials mode); the region a click would fill is
+// tinted while the pointer rests on the view.
+class BucketFillTool final : public LevelTool {
+public:
+    QString name() const override { return "Bucket Fill"; }
+    std::int32_t press(ToolContext& context) override;
+    void drag(ToolContext& /*context*/) override {}
+    void preview(const ToolPreview& view) const override;
+};
+
+} // namespace marvek

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "data/CellBlock.h"
+
+namespace marvek {
+
+// Puts the cells on the system clipboard twice: in the editor's own MIME
+// type, whole, and as text, the grid of tile numbers.
+void putCellsOnClipboard(const CellBlock& block);
+
+// What the clipboard holds: the editor's cells, or else a text grid of
+// tile numbers read as tiles alone (carriesSpecials false). Throws
+// CellClipboardError when it holds neither, saying why.
+struct ClipboardCells {
+    CellBlock block;
+    bool carriesSpecials = false;
+};
+ClipboardCells cellsFromClipboard();
+
+} // namespace marvek

@@ -1,0 +1,362 @@
+#include "EditorFixture.h"
+
+#include "data/cellClipboard.h"
+#include "data/floodFill.h"
+#include "ui/HistoryPanel.h"
+#include "ui/PictureBox.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QListWidget>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTest>
+
+#include <cstring>
+
+namespace marvek::test {
+namespace {
+
+class EditingTools : public EditorFixture {
+protected:
+    ~EditingTools() override {
+        if (window_ != nullptr && QTestPrivate::qtestMouseButtons.testFlag(Qt::LeftButton)) {
+            QTest::mouseRelease(&view(), Qt::LeftButton);
+        }
+    }
+
+    frmMain& start(int undoLevels = 64) {
+        writeSettings(dataFolder().string());
+        const auto bytes = readBytes(settingsFile());
+        std::string text(bytes.begin(), bytes.end());
+        const std::string usual = "undoLevels = 64;";
+        text.replace(text.find(usual), usual.size(),
+                     "undoLevels = " + std::to_string(undoLevels) + ";");
+        writeText(settingsFile(), text);
+        EXPECT_FALSE(startProgram(*shared_, *windows_).has_value());
+        window_ = windows_->mainWindow();
+        window_->resize(1280, 800);
+        // Shortcuts reach only the active window.
+        window_->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(window_));
+        return *window_;
+    }
+
+    const clsLevel& level() const { return window_->openedLevel()->level; }
+    PictureBox& view() const { return *window_->findChild<PictureBox*>("picLevel"); }
+    PictureBox& palette() const { return *window_->findChild<PictureBox*>("picPalette"); }
+    QAction& action(const char* name) const { return child<QAction>(*window_, name); }
+
+    QPoint cell(int x, int y) const {
+        const clsCamera& camera = window_->levelCamera();
+        return {PictureBox::border + (16 * x + 8 - camera.x) * 2,
+                PictureBox::border + (16 * y + 8 - camera.y) * 2};
+    }
+
+    std::vector<std::uint8_t> grid() const {
+        std::vector<std::uint8_t> bytes(level().cellBytes());
+        std::memcpy(bytes.data(), level().cells().data(), bytes.size());
+        return bytes;
+    }
+
+    void chooseBrushTile(int tile) const {
+        QTest::mouseClick(
+            &palette(), Qt::LeftButton, {},
+            {PictureBox::border + 16 * (tile % 20) + 8, PictureBox::border + 16 * (tile / 20) + 8});
+        ASSERT_EQ(window_->brush().at(0, 0), tile);
+    }
+
+    void hover(QPoint at) const {
+        QMouseEvent move(QEvent::MouseMove, QPointF(at), view().mapToGlobal(QPointF(at)),
+                         Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(&view(), &move);
+    }
+
+    void dragOnView(QPoint from, QPoint to) const {
+        QTest::mousePress(&view(), Qt::LeftButton, {}, from);
+        QTest::mouseMove(&view(), to);
+        QTest::mouseRelease(&view(), Qt::LeftButton, {}, to);
+    }
+
+    // Ctrl held on its own first, as a real keyboard sends it.
+    void ctrlKey(Qt::Key key) const {
+        QTest::keyPress(window_, Qt::Key_Control);
+        QTest::keyClick(window_, key, Qt::ControlModifier);
+        QTest::keyRelease(window_, Qt::Key_Control);
+    }
+
+    frmMain* window_ = nullptr;
+};
+
+TEST_F(EditingTools, FastDragsPaintAndPlaceEveryCellOfTheLine) {
+    start();
+    chooseBrushTile(7);
+    EXPECT_EQ(window_->tool(), frmMain::Tool::brush) << "the tool at start";
+    QTest::mousePress(&view(), Qt::LeftButton, {}, cell(2, 3));
+    QTest::mouseMove(&view(), cell(12, 3));
+    QTest::mouseRelease(&view(), Qt::LeftButton, {}, cell(12, 3));
+    for (int x = 2; x <= 12; ++x) {
+        EXPECT_EQ(level().cellAt(x, 3).tile, 7) << x;
+    }
+    EXPECT_NE(level().cellAt(13, 3).tile, 7);
+    EXPECT_NE(level().cellAt(1, 3).tile, 7);
+    window_->editUndo();
+    EXPECT_TRUE(window_->history().nextUndo().empty()) << "the stroke is one step";
+
+    // Specials along a diagonal, one step per cell.
+    QTest::keyClick(window_, Qt::Key_S);
+    const auto id = static_cast<std::uint8_t>(window_->selectedSpecial()->Id);
+    QTest::mousePress(&view(), Qt::LeftButton, {}, cell(4, 1));
+    QTest::mouseMove(&view(), cell(9, 6));
+    QTest::mouseRelease(&view(), Qt::LeftButton, {}, cell(9, 6));
+    for (int i = 0; i <= 5; ++i) {
+        EXPECT_EQ(level().cellAt(4 + i, 1 + i).special, id) << i;
+    }
+    EXPECT_EQ(window_->history().nextUndo(), "Place Special");
+}
+
+TEST_F(EditingTools, KeysChooseToolsTheStatusBarNamesThemAndEscapeDropsTheSelection) {
+    start();
+    const auto& label = child<QLabel>(*window_, "lblTool");
+    EXPECT_EQ(label.text(), "Tool: Brush");
+    QTest::keyClick(window_, Qt::Key_F);
+    EXPECT_EQ(window_->tool(), frmMain::Tool::bucketFill);
+    EXPECT_EQ(label.text(), "Tool: Bucket Fill");
+    EXPECT_TRUE(action("itmToolBucketFill").isChecked());
+    QTest::keyClick(window_, Qt::Key_R);
+    EXPECT_EQ(label.text(), "Tool: Select");
+    dragOnView(cell(5, 2), cell(2, 4));
+    ASSERT_TRUE(window_->cellSelection().has_value());
+    EXPECT_EQ(window_->cellSelection()->left, 2);
+    EXPECT_EQ(window_->cellSelection()->width, 3);
+    EXPECT_EQ(window_->cellSelection()->height, 2);
+    EXPECT_TRUE(action("itmEditCopy").isEnabled());
+    QTest::keyClick(window_, Qt::Key_Escape);
+    EXPECT_EQ(window_->tool(), frmMain::Tool::brush);
+    EXPECT_FALSE(window_->cellSelection().has_value());
+    EXPECT_FALSE(action("itmEditCut").isEnabled());
+
+    // The modifier gestures stay with every tool: Shift-copy makes the brush.
+    QTest::keyClick(window_, Qt::Key_R);
+    QTest::mousePress(&view(), Qt::LeftButton, Qt::ShiftModifier, cell(1, 1));
+    QTest::mouseMove(&view(), cell(2, 1));
+    QTest::mouseRelease(&view(), Qt::LeftButton, Qt::ShiftModifier, cell(2, 1));
+    EXPECT_EQ(window_->brush().width(), 2);
+    EXPECT_FALSE(window_->cellSelection().has_value()) << "no select drag began";
+}
+
+TEST_F(EditingTools, BucketFillTintsAndFillsOneRegionWithTheAnchoredBrush) {
+    start();
+    // A 2 x 2 brush from the palette: tiles 1, 2 over 21, 22.
+    QTest::mousePress(&palette(), Qt::LeftButton, {},
+                      {PictureBox::border + 24, PictureBox::border + 8});
+    QTest::mouseMove(&palette(), {PictureBox::border + 40, PictureBox::border + 24});
+    QTest::mouseRelease(&palette(), Qt::LeftButton, {},
+                        {PictureBox::border + 40, PictureBox::border + 24});
+    ASSERT_EQ(window_->brush().width(), 2);
+    const std::int32_t clickX = 5;
+    const std::int32_t clickY = 2;
+    const CellRegion region = floodRegion(level(), clickX, clickY, RegionKey::tile);
+    ASSERT_GT(region.count(), 4) << "the sample's sky is one wide region";
+    ASSERT_LT(region.count(), level().width * level().height);
+
+    QTest::keyClick(window_, Qt::Key_F);
+    QPoint outside(0, 10);
+    while (region.contains(outside.x(), outside.y())) {
+        outside.rx()++;
+    }
+    hover(cell(outside.x(), outside.y()));
+    const QImage elsewhere = view().image().copy();
+    hover(cell(clickX, clickY));
+    const QImage tinted = view().image().copy();
+    // A cell of the region far from the pointer is tinted only when the
+    // pointer rests on the region.
+    const QPoint far = cell(clickX + 1, clickY) - QPoint(PictureBox::border, PictureBox::border);
+    EXPECT_NE(tinted.pixel(far), elsewhere.pixel(far));
+
+    const auto before = grid();
+    QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(clickX, clickY));
+    EXPECT_EQ(window_->history().nextUndo(), "Bucket Fill");
+    const TileGrid& brush = window_->brush();
+    for (std::int32_t y = 0; y < level().height; ++y) {
+        for (std::int32_t x = 0; x < level().width; ++x) {
+            const std::size_t at = static_cast<std::size_t>(y * level().width + x) * 4;
+            if (region.contains(x, y)) {
+                const int expected =
+                    brush.at(((x - clickX) % 2 + 2) % 2, ((y - clickY) % 2 + 2) % 2);
+                ASSERT_EQ(level().cellAt(x, y).tile, expected) << x << "," << y;
+            } else {
+                ASSERT_EQ(
+                    std::memcmp(&before[at], &level().cells()[static_cast<std::size_t>(at / 4)], 4),
+                    0)
+                    << "outside the region " << x << "," << y;
+            }
+        }
+    }
+    EXPECT_EQ(level().cellAt(clickX, clickY).tile, brush.at(0, 0));
+    window_->editUndo();
+    EXPECT_EQ(grid(), before);
+
+    // In Specials mode the cells of one special take the selected one.
+    QTest::keyClick(window_, Qt::Key_S);
+    // The palette's second row: the first is "no special".
+    const clsSpecialSet& set = window_->openedLevel()->specialSet;
+    QTest::mouseClick(&palette(), Qt::LeftButton, {},
+                      {40, PictureBox::border + set.rowBottoms().front() + 1});
+    const auto id = static_cast<std::uint8_t>(window_->selectedSpecial()->Id);
+    const CellRegion specials = floodRegion(level(), clickX, clickY, RegionKey::special);
+    ASSERT_NE(level().cellAt(clickX, clickY).special, id);
+    QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(clickX, clickY));
+    EXPECT_EQ(window_->history().nextUndo(), "Bucket Fill");
+    std::int64_t changed = 0;
+    for (std::int32_t y = 0; y < level().height; ++y) {
+        for (std::int32_t x = 0; x < level().width; ++x) {
+            const Cell& now = level().cellAt(x, y);
+            Cell old;
+            std::memcpy(&old, &before[static_cast<std::size_t>(y * level().width + x) * 4], 4);
+            ASSERT_EQ(now.tile, old.tile);
+            changed += now.special != old.special ? 1 : 0;
+            ASSERT_EQ(now.special, specials.contains(x, y) ? id : old.special);
+        }
+    }
+    EXPECT_EQ(changed, specials.count());
+}
+
+TEST_F(EditingTools, CutCellsTravelToAnotherLevelWithTheirSpecials) {
+    start();
+    // A special of our own in the area to cut.
+    QTest::keyClick(window_, Qt::Key_S);
+    const auto id = static_cast<std::uint8_t>(window_->selectedSpecial()->Id);
+    QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(4, 3));
+    QTest::keyClick(window_, Qt::Key_T);
+    QTest::keyClick(window_, Qt::Key_R);
+    dragOnView(cell(3, 2), cell(5, 3));
+    const CellBlock cut = copyCells(level(), *window_->cellSelection());
+    ASSERT_EQ(cut.at(1, 1).special, id);
+
+    ctrlKey(Qt::Key_X);
+    EXPECT_EQ(window_->history().nextUndo(), "Cut");
+    for (int x = 3; x <= 5; ++x) {
+        EXPECT_EQ(level().cellAt(x, 2), Cell{});
+        EXPECT_EQ(level().cellAt(x, 3), Cell{});
+    }
+    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    ASSERT_NE(data, nullptr);
+    ASSERT_TRUE(data->hasFormat(cellsMimeType));
+    EXPECT_EQ(data->text().toStdString(), cellsAsText(cut));
+
+    messages_->answers = {messageAnswer::no};
+    dialogs_->fileAnswers = {{toQString(dataFolder() / "L1MA2")}};
+    whenModal([](QWidget& dialog) { dialog.findChild<QPushButton*>("cmdOk")->click(); });
+    ASSERT_TRUE(window_->fileOpen());
+    ASSERT_EQ(window_->windowTitle(), "Marvek - L1MA2[*]");
+    window_->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window_));
+
+    QTest::keyClick(window_, Qt::Key_F);
+    ctrlKey(Qt::Key_V);
+    EXPECT_EQ(window_->tool(), frmMain::Tool::brush);
+    ASSERT_NE(window_->brushCells(), nullptr);
+    EXPECT_EQ(*window_->brushCells(), cut);
+    QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(10, 4));
+    for (int dy = 0; dy < 2; ++dy) {
+        for (int dx = 0; dx < 3; ++dx) {
+            EXPECT_EQ(level().cellAt(10 + dx, 4 + dy), cut.at(dx, dy)) << dx << "," << dy;
+        }
+    }
+
+    // Damaged cells on the clipboard are refused with the reason.
+    auto damaged = std::make_unique<QMimeData>();
+    damaged->setData(cellsMimeType, QByteArray("MVKC\0\1\0\2", 8));
+    QGuiApplication::clipboard()->setMimeData(damaged.release());
+    window_->editPaste();
+    ASSERT_FALSE(messages_->shown.empty());
+    EXPECT_NE(messages_->shown.back().text.indexOf("Nothing was pasted"), -1);
+    EXPECT_EQ(*window_->brushCells(), cut) << "the brush stays";
+}
+
+TEST_F(EditingTools, HistoryClicksGiveBackEachStepsGridAndSurviveDroppedSteps) {
+    start(3);
+    action("itmViewHistory").trigger();
+    HistoryPanel& panel = window_->historyPanel();
+    EXPECT_TRUE(panel.isVisible());
+    auto& list = child<QListWidget>(panel, "lstHistory");
+    std::vector<std::vector<std::uint8_t>> grids{grid()};
+    for (int step = 0; step < 4; ++step) {
+        QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(2 + step, 2 + step));
+        grids.push_back(grid());
+    }
+    // Four steps with room for three: the first state is gone.
+    EXPECT_EQ(panel.entries(), (QStringList{"Earlier steps", "Paint", "Paint", "Paint"}));
+    EXPECT_EQ(panel.currentEntry(), 3);
+    const auto clickEntry = [&](int row) {
+        list.scrollToItem(list.item(row));
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                          list.visualItemRect(list.item(row)).center());
+    };
+    clickEntry(1);
+    EXPECT_EQ(grid(), grids[2]);
+    EXPECT_EQ(panel.currentEntry(), 1);
+    clickEntry(0);
+    EXPECT_EQ(grid(), grids[1]);
+    clickEntry(3);
+    EXPECT_EQ(grid(), grids[4]);
+    clickEntry(2);
+    EXPECT_EQ(grid(), grids[3]);
+    // A new step drops the steps ahead of it.
+    QTest::keyClick(window_, Qt::Key_F);
+    QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(30, 2));
+    EXPECT_EQ(panel.entries(), (QStringList{"Earlier steps", "Paint", "Paint", "Bucket Fill"}));
+    EXPECT_EQ(panel.currentEntry(), 3);
+}
+
+TEST_F(EditingTools, ReplaceTileCountsTheCellsItChanges) {
+    start();
+    const std::int32_t from = level().cellAt(0, 0).tile;
+    const std::int64_t inLevel = countTile(level(), from, nullptr);
+    ASSERT_GT(inLevel, 1);
+    const auto answer = [from](bool selectionOnly) {
+        return [from, selectionOnly](QWidget& dialog) {
+            ASSERT_EQ(dialog.objectName(), "frmReplaceTile");
+            child<QSpinBox>(dialog, "udFrom").setValue(from);
+            child<QSpinBox>(dialog, "udTo").setValue(9);
+            child<QCheckBox>(dialog, "chkSelectionOnly").setChecked(selectionOnly);
+            child<QPushButton>(dialog, "cmdOK").click();
+        };
+    };
+    // In the selection only.
+    QTest::keyClick(window_, Qt::Key_R);
+    dragOnView(cell(0, 0), cell(1, 0));
+    const clsRectangle selected = window_->cellSelection().value();
+    const std::int64_t inSelection = countTile(level(), from, &selected);
+    whenModal(answer(true));
+    window_->editReplaceTile();
+    EXPECT_EQ(messages_->shown.back().text,
+              QString("Replaced tile %1 with tile 9 in %2 cells in the selection.")
+                  .arg(from)
+                  .arg(inSelection));
+    EXPECT_EQ(window_->history().nextUndo(), "Replace Tile");
+    whenModal(answer(false));
+    window_->editReplaceTile();
+    EXPECT_EQ(messages_->shown.back().text,
+              QString("Replaced tile %1 with tile 9 in %2 cells in the level.")
+                  .arg(from)
+                  .arg(inLevel - inSelection));
+    EXPECT_EQ(countTile(level(), from, nullptr), 0);
+    // Nothing left to replace: told so, and no step.
+    whenModal(answer(false));
+    window_->editReplaceTile();
+    EXPECT_EQ(messages_->shown.back().text,
+              QString("No cell in the level holds tile %1.").arg(from));
+    window_->editUndo();
+    window_->editUndo();
+    EXPECT_EQ(countTile(level(), from, nullptr), inLevel);
+}
+
+} // namespace
+} // namespace marvek::test
