@@ -5,6 +5,7 @@
 #include "app/clsMessageBox.h"
 #include "data/openLevel.h"
 #include "ui/PictureBox.h"
+#include "ui/windowPlacement.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -39,7 +40,7 @@ frmMain::frmMain(SharedObjects& shared, MainDialogs dialogs, QWidget* parent)
     buildWindow();
     buildMenus();
     statusBar()->setObjectName("statusBar");
-    resize(1280, 800);
+    fitToScreen(*this, QSize(1280, 800));
     updateCommands();
 }
 
@@ -182,7 +183,9 @@ void frmMain::keyPressEvent(QKeyEvent* event) {
     } else if (typed == "G") {
         renderFlags_ ^= renderFlags::clear;
         if (opened_) {
+            const std::int32_t before = opened_->level.tileSpacing;
             opened_->level.tileSpacing = (renderFlags_ & renderFlags::clear) != 0 ? 17 : 16;
+            levelCamera_.changePitch(before, opened_->level.tileSpacing);
             createBuffers();
         }
         renderLevel();

@@ -2,6 +2,7 @@
 
 #include "data/clsRenderOptions.h"
 #include "ui/PictureBox.h"
+#include "ui/windowPlacement.h"
 
 #include <QScrollBar>
 #include <QTabBar>
@@ -69,6 +70,48 @@ TEST_F(MainWindow, KeysToggleWhatIsDrawnInEitherCase) {
     typeKey(window, 'G');
     EXPECT_EQ(window.openedLevel()->level.tileSpacing, 16);
     EXPECT_EQ(window.levelCamera().levelWidth, levelWidth * 16);
+}
+
+TEST_F(MainWindow, TheGridKeepsTheCellAtTheViewsTopLeft) {
+    frmMain& window = startEditor();
+    // Scroll well into the level, partway into a cell, by a right drag.
+    auto cursor = std::make_unique<ScriptedScreenCursor>();
+    ScriptedScreenCursor& pointer = *cursor;
+    shared_->cursor = std::move(cursor);
+    auto& view = child<PictureBox>(window, "picLevel");
+    QTest::mousePress(&view, Qt::RightButton, {}, {50, 50});
+    pointer.position = pointer.position + QPoint(1605, 37);
+    QTest::mouseMove(&view, {60, 60});
+    QTest::mouseRelease(&view, Qt::RightButton, {}, {60, 60});
+    const clsCamera start = window.levelCamera();
+    ASSERT_GT(start.x, 16 * 100);
+    ASSERT_GT(start.y, 16);
+    for (const char key : {'g', 'g', 'g'}) {
+        const std::int32_t before = window.openedLevel()->level.tileSpacing;
+        const clsCamera was = window.levelCamera();
+        typeKey(window, key);
+        const std::int32_t after = window.openedLevel()->level.tileSpacing;
+        const clsCamera& now = window.levelCamera();
+        EXPECT_EQ(now.x / after, was.x / before);
+        EXPECT_EQ(now.y / after, was.y / before);
+        EXPECT_EQ(now.x % after, std::min(was.x % before, after - 1));
+    }
+}
+
+TEST(WindowPlacement, TheMainWindowOpensInsideTheScreensAvailableArea) {
+    const QSize preferred(1280, 800);
+    // A 2400 x 1500 screen at scale factor 2, a task bar at the top.
+    const QRect scaled(0, 20, 1200, 730);
+    const QRect fitted = fittedWindowGeometry(preferred, scaled);
+    EXPECT_TRUE(scaled.contains(fitted)) << fitted.x() << ", " << fitted.y();
+    EXPECT_GE(fitted.top() - scaled.top(), windowDecoration.height() - windowDecoration.width() / 2)
+        << "room for the title bar";
+    EXPECT_LE(fitted.bottom() + windowDecoration.width() / 2, scaled.bottom());
+    EXPECT_EQ(fitted.width(), 1200 - windowDecoration.width());
+    // Where it fits, the preferred size, centred.
+    const QRect large(0, 0, 1920, 1080);
+    EXPECT_EQ(fittedWindowGeometry(preferred, large).size(), preferred);
+    EXPECT_EQ(fittedWindowGeometry(preferred, large).center(), large.center());
 }
 
 TEST_F(MainWindow, ZoomTwiceRestoresTheBufferAndKeepsTheCameraInside) {
