@@ -202,6 +202,7 @@ void frmGraphics::loadSelectedFile() {
 void frmGraphics::redraw() {
     // A picture that no longer matches the boxes is never shown or exported.
     picImage_->clear();
+    picImage_->hide();
     picture_ = clsSurface();
     cmdExport_->setEnabled(false);
     showProblem({});
@@ -222,6 +223,7 @@ void frmGraphics::redraw() {
         picImage_->resize(buffer_.width() + 2 * PictureBox::border,
                           buffer_.height() + 2 * PictureBox::border);
         buffer_.Present(*picImage_);
+        picImage_->show();
         cmdExport_->setEnabled(true);
     } catch (const std::exception& error) {
         showProblem(QString::fromStdString(error.what()));

@@ -131,6 +131,7 @@ TEST_F(GraphicsWindows, TheBrowserNeverShowsOrExportsAPictureItCannotDraw) {
             << problem.text().toStdString();
         EXPECT_FALSE(exportButton.isEnabled());
         EXPECT_TRUE(image.image().isNull());
+        EXPECT_TRUE(image.isHidden()) << "no empty black box either";
         EXPECT_EQ(browser.picture().planarWidth(), 0);
 
         // A palette whose file is missing is named, not drawn black.
@@ -144,6 +145,7 @@ TEST_F(GraphicsWindows, TheBrowserNeverShowsOrExportsAPictureItCannotDraw) {
         child<QComboBox>(browser, "cmbPalette").setCurrentText("World 2");
         EXPECT_TRUE(problem.isHidden());
         EXPECT_TRUE(exportButton.isEnabled());
+        EXPECT_FALSE(image.isHidden());
         EXPECT_GT(browser.picture().palette().Count(), 0);
         browser.reject();
     });
