@@ -1,5 +1,4 @@
 #include "data/tilePalette.h"
-#include "graphics/clsCamera.h"
 
 #include <gtest/gtest.h>
 
@@ -24,17 +23,6 @@ std::tuple<int, int> farCorner(const clsRectangle& area, int count) {
     return {limited.left + limited.width, limited.top + limited.height};
 }
 
-TEST(TilePalette, APartialLastRowIsShownAndHoldsItsTilesOnly) {
-    EXPECT_EQ(tilePaletteRows(197), 10);
-    EXPECT_EQ(tilePaletteRows(200), 10);
-    EXPECT_EQ(tilePaletteRows(0), 0);
-    EXPECT_TRUE(tilePaletteHolds(197, 16, 9)) << "tile 196";
-    EXPECT_FALSE(tilePaletteHolds(197, 17, 9));
-    EXPECT_FALSE(tilePaletteHolds(197, 0, 10));
-    EXPECT_FALSE(tilePaletteHolds(197, 20, 0));
-    EXPECT_FALSE(tilePaletteHolds(197, -1, 0));
-}
-
 TEST(TilePalette, ASelectionNeverNamesATilePastTheLast) {
     // 197 tiles: the last row holds columns 0 to 16.
     EXPECT_EQ(farCorner(dragged(2, 3, 25, 4), 197), std::tuple(19, 4)) << "column 19 at most";
@@ -43,19 +31,7 @@ TEST(TilePalette, ASelectionNeverNamesATilePastTheLast) {
     EXPECT_EQ(farCorner(dragged(4, 9, 19, 9), 197), std::tuple(16, 9)) << "along the last row";
     EXPECT_EQ(farCorner(dragged(4, 9, 19, 2), 197), std::tuple(16, 2)) << "upwards from it too";
     EXPECT_EQ(farCorner(dragged(18, 8, 10, 9), 197), std::tuple(10, 8)) << "column 18 is past";
-    EXPECT_EQ(farCorner(dragged(0, 0, -3, -3), 197), std::tuple(0, 0));
     EXPECT_EQ(farCorner(dragged(0, 0, 19, 40), 200), std::tuple(19, 9)) << "whole rows only";
-}
-
-TEST(CameraPitch, TheTopLeftCellStaysWhenTheGridComesAndGoes) {
-    clsCamera camera;
-    camera.x = 16 * 200 + 5;
-    camera.y = 16 * 3 + 15;
-    camera.changePitch(16, 17);
-    EXPECT_EQ(std::tuple(camera.x, camera.y), std::tuple(17 * 200 + 5, 17 * 3 + 15));
-    camera.x = 17 * 120 + 16; // the gap column has no match at 16 pixels
-    camera.changePitch(17, 16);
-    EXPECT_EQ(std::tuple(camera.x, camera.y), std::tuple(16 * 120 + 15, 16 * 3 + 15));
 }
 
 } // namespace

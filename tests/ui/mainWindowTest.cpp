@@ -2,7 +2,6 @@
 
 #include "data/clsRenderOptions.h"
 #include "ui/PictureBox.h"
-#include "ui/windowPlacement.h"
 
 #include <QScrollBar>
 #include <QTabBar>
@@ -96,22 +95,6 @@ TEST_F(MainWindow, TheGridKeepsTheCellAtTheViewsTopLeft) {
         EXPECT_EQ(now.y / after, was.y / before);
         EXPECT_EQ(now.x % after, std::min(was.x % before, after - 1));
     }
-}
-
-TEST(WindowPlacement, TheMainWindowOpensInsideTheScreensAvailableArea) {
-    const QSize preferred(1280, 800);
-    // A 2400 x 1500 screen at scale factor 2, a task bar at the top.
-    const QRect scaled(0, 20, 1200, 730);
-    const QRect fitted = fittedWindowGeometry(preferred, scaled);
-    EXPECT_TRUE(scaled.contains(fitted)) << fitted.x() << ", " << fitted.y();
-    EXPECT_GE(fitted.top() - scaled.top(), windowDecoration.height() - windowDecoration.width() / 2)
-        << "room for the title bar";
-    EXPECT_LE(fitted.bottom() + windowDecoration.width() / 2, scaled.bottom());
-    EXPECT_EQ(fitted.width(), 1200 - windowDecoration.width());
-    // Where it fits, the preferred size, centred.
-    const QRect large(0, 0, 1920, 1080);
-    EXPECT_EQ(fittedWindowGeometry(preferred, large).size(), preferred);
-    EXPECT_EQ(fittedWindowGeometry(preferred, large).center(), large.center());
 }
 
 TEST_F(MainWindow, ZoomTwiceRestoresTheBufferAndKeepsTheCameraInside) {
