@@ -71,7 +71,12 @@ void loadEditorFont(SharedObjects& shared) {
 
 fs::path editorFontPath(const SharedObjects& shared) {
     const std::string name = settingText(shared.settings, settingKey::editorFont, {});
-    return findFile(shared.applicationFolder / "fonts", name + ".bmp");
+    const fs::path folder = shared.applicationFolder / "fonts";
+    const fs::path bitmap = findFile(folder, name + ".bmp");
+    // A font may be an indexed PNG instead.
+    const fs::path png = findFile(folder, name + ".png");
+    std::error_code error;
+    return !fs::exists(bitmap, error) && fs::exists(png, error) ? png : bitmap;
 }
 
 int exitProgram(SharedObjects& shared, StartupWindows& windows, int status) {

@@ -1,6 +1,7 @@
 #include "data/openLevel.h"
 
 #include "configuration/ConfigurationError.h"
+#include "data/fileRepairs.h"
 #include "data/levelConfiguration.h"
 #include "io/FileError.h"
 #include "io/findFile.h"
@@ -44,6 +45,10 @@ void report(const OpenLevelProgress& progress, std::string_view status) {
     }
 }
 
+void noteRepair(OpenedLevel& opened, const fs::path& file, const std::string& repair) {
+    opened.repairs.push_back(file.string() + ": " + repair);
+}
+
 // The file's data, unpacked when packed.
 clsBitStream readGameFile(const fs::path& path, const std::string& role) {
     std::error_code error;
@@ -66,7 +71,8 @@ void loadLevel(OpenedLevel& opened, const fs::path& applicationFolder, const fs:
     const fs::path palettePath = findFile(applicationFolder, "pal/world1.pal");
     opened.palette.loadRawFrom(palettePath);
     clsBitStream stream = readGameFile(path, "level");
-    if (!opened.level.loadFromBits(stream, opened.palette)) {
+    std::vector<LevelChunk> chunks;
+    if (!opened.level.loadFromBits(stream, opened.palette, &chunks)) {
         throw FileError(path, "not a level file (wrong WGMP length or a map size that makes "
                               "no sense)");
     }
@@ -78,12 +84,19 @@ void loadLevel(OpenedLevel& opened, const fs::path& applicationFolder, const fs:
                                      "palette of its own");
     }
     opened.level.fileName = path.string();
+    for (const std::string& repair :
+         levelRepairs(chunks, stream.Size(), opened.level.width, opened.level.height)) {
+        noteRepair(opened, path, repair);
+    }
 }
 
 void loadTiles(OpenedLevel& opened, const fs::path& path) {
     clsBitStream stream = readGameFile(path, "tile set");
     opened.tileSet.loadFrom(stream, opened.palette, OpenedLevel::graphicsPlanes);
     opened.tileFile = path;
+    if (const auto repair = tileSetRepair(stream.Size(), OpenedLevel::graphicsPlanes)) {
+        noteRepair(opened, path, *repair);
+    }
 }
 
 void loadSprites(OpenedLevel& opened, const fs::path& path) {
@@ -94,6 +107,9 @@ void loadSprites(OpenedLevel& opened, const fs::path& path) {
     }
     opened.spriteSheet.setPalette(opened.palette);
     opened.spriteFile = path;
+    if (const auto repair = pictureRepair(stream.Size(), size, size, OpenedLevel::graphicsPlanes)) {
+        noteRepair(opened, path, "the sprite set is short: " + *repair);
+    }
 }
 
 std::vector<fs::path> specialFiles(const OpenLevelRequest& request,

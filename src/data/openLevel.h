@@ -11,6 +11,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace marvek {
 
@@ -26,6 +27,9 @@ struct OpenedLevel {
     clsSpecialSet specialSet;
     std::filesystem::path tileFile;
     std::filesystem::path spriteFile;
+    // What the readers repaired in the files, each "FILE: what", in the
+    // order the files were read.
+    std::vector<std::string> repairs;
 };
 
 struct OpenLevelRequest {

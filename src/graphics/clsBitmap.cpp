@@ -1,6 +1,7 @@
 #include "graphics/clsBitmap.h"
 
 #include "graphics/clsBackBuffer.h"
+#include "graphics/pngRead.h"
 #include "io/atomicWrite.h"
 #include "native/bmpRunLength.h"
 #include "native/marvek.h"
@@ -292,6 +293,9 @@ std::string clsBitmap::readRefusal(const std::filesystem::path& path) {
         return "the file is too large for a picture";
     }
     const std::vector<std::uint8_t> bytes = readWholeFile(path);
+    if (isPngData(bytes)) {
+        return readIndexedPng(bytes);
+    }
     if (bytes.size() < fileHeaderBytes + infoHeaderBytes) {
         return "the file is too short for a BMP file";
     }
@@ -406,6 +410,16 @@ bool clsBitmap::createFromBackBuffer(const clsBackBuffer& backBuffer) {
     colourTable_.fill(0);
     pixels_ = std::move(pixels);
     return true;
+}
+
+std::string clsBitmap::readIndexedPng(std::span<const std::uint8_t> bytes) {
+    try {
+        const clsSurface picture = decodeIndexedPng(bytes);
+        createFromPlanarSurface(picture);
+    } catch (const std::invalid_argument& error) {
+        return error.what();
+    }
+    return {};
 }
 
 bool clsBitmap::createFromPlanarSurface(const clsSurface& image) {

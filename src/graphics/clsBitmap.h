@@ -51,7 +51,9 @@ public:
     // accepts; refusal() then says why and the bitmap is unchanged. Takes
     // what image editors write: top-down rows, RLE8 and RLE4, a last row
     // without its padding, longer headers. Whatever is read is kept
-    // bottom-up and uncompressed. Throws FileError when it cannot be read.
+    // bottom-up and uncompressed. An indexed PNG is taken as the 8-bit
+    // bitmap of its indices and palette; other PNGs are refused. Throws
+    // FileError when it cannot be read.
     bool readFromFile(const std::filesystem::path& path);
     // Why the last readFromFile gave false ("compressed with JPEG ..."); empty
     // after one that gave true.
@@ -81,6 +83,7 @@ public:
 
 private:
     std::string readRefusal(const std::filesystem::path& path);
+    std::string readIndexedPng(std::span<const std::uint8_t> bytes);
 
     FileHeader fileHeader_;
     InfoHeader infoHeader_;

@@ -14,7 +14,20 @@ std::int32_t pulledBack(std::int32_t position, std::int32_t view, std::int32_t l
     return position;
 }
 
+std::int32_t repitched(std::int32_t position, std::int32_t oldPitch, std::int32_t newPitch) {
+    const std::int32_t offset = std::min(position % oldPitch, newPitch - 1);
+    return checkedInt32(std::int64_t{position / oldPitch} * newPitch + offset);
+}
+
 } // namespace
+
+void clsCamera::changePitch(std::int32_t oldPitch, std::int32_t newPitch) {
+    if (oldPitch <= 0 || newPitch <= 0) {
+        return;
+    }
+    x = repitched(x, oldPitch, newPitch);
+    y = repitched(y, oldPitch, newPitch);
+}
 
 void clsCamera::Move(std::int32_t newX, std::int32_t newY) {
     x = newX;

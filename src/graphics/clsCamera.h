@@ -19,6 +19,10 @@ public:
     // Negative positions become 0 first; then a view reaching past the level
     // is pulled back, which wins: a view larger than the level ends negative.
     void checkPosition();
+    // Keeps the cell at the view's top-left there, and the offset into it,
+    // when the distance between cell origins changes (the grid shown or
+    // hidden). The position is checked by whoever sets the new limits.
+    void changePitch(std::int32_t oldPitch, std::int32_t newPitch);
 };
 
 } // namespace marvek

@@ -68,6 +68,20 @@ void writePacked(std::span<const std::uint8_t> bytes, const std::filesystem::pat
     implodeToFile(buffer, target);
 }
 
+// The file's bytes as they are on disk (packed or not), once.
+ImportResult keepOriginal(const std::filesystem::path& target) {
+    ImportResult result;
+    result.original = originalCopyPath(target);
+    std::error_code error;
+    if (!std::filesystem::exists(target, error) ||
+        std::filesystem::exists(result.original, error)) {
+        return result;
+    }
+    writeFileAtomically(result.original, readWholeFile(target));
+    result.keptOriginal = true;
+    return result;
+}
+
 } // namespace
 
 std::vector<std::string> listDataFiles(const std::filesystem::path& dataFolder) {
@@ -126,8 +140,15 @@ void writePictureBitmap(const clsSurface& picture, const std::filesystem::path& 
     bitmap.writeToFile(path);
 }
 
-void importPicture(const std::filesystem::path& bitmapPath, const std::filesystem::path& target,
-                   const PictureFormat& format, bool storePalette) {
+std::filesystem::path originalCopyPath(const std::filesystem::path& target) {
+    std::filesystem::path copy = target;
+    copy += ".orig";
+    return copy;
+}
+
+ImportResult importPicture(const std::filesystem::path& bitmapPath,
+                           const std::filesystem::path& target, const PictureFormat& format,
+                           bool storePalette, const ConfirmReplace& confirmReplace) {
     if (!isValidFormat(format)) {
         throw std::invalid_argument("picture format outside its limits");
     }
@@ -152,7 +173,14 @@ void importPicture(const std::filesystem::path& bitmapPath, const std::filesyste
     if (storePalette) {
         placePalette(bytes, pictureEnd(format), *bitmap.getPal(clsPalette::gamePlanes));
     }
+    std::error_code error;
+    if (confirmReplace && std::filesystem::exists(target, error) && !confirmReplace(target)) {
+        return {};
+    }
+    ImportResult result = keepOriginal(target);
     writePacked(bytes, target);
+    result.written = true;
+    return result;
 }
 
 void writePictureFile(const clsSurface& picture, const std::filesystem::path& path) {

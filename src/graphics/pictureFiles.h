@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,7 +41,21 @@ void writePictureBitmap(const clsSurface& picture, const std::filesystem::path& 
 // case), an 8-bit BMP for any other. Throws FileError.
 void writePictureFile(const clsSurface& picture, const std::filesystem::path& path);
 
-// Replaces the sub-images of a file with those of an 8-bit BMP, cut in
+// Where the first original of a file replaced by an import is kept:
+// NAME.orig beside it.
+std::filesystem::path originalCopyPath(const std::filesystem::path& target);
+
+// What an import did.
+struct ImportResult {
+    // False when the replacement was declined.
+    bool written = false;
+    // The file existed and its first original was kept now.
+    bool keptOriginal = false;
+    std::filesystem::path original;
+};
+
+// Replaces the sub-images of a file with those of an 8-bit BMP (or an
+// indexed PNG), cut in
 // order from the grid of the format (as decodePicture places them), and
 // writes the file packed. With storePalette the BMP's first 32 colours
 // follow the sub-images in the game's format. The rest of the file (before
@@ -48,8 +63,13 @@ void writePictureFile(const clsSurface& picture, const std::filesystem::path& pa
 // made when there is none. Throws FileError naming the BMP when it is
 // refused ("24-bit pictures have no palette") or too small for the grid,
 // and naming the file when it cannot be read, lies short of the offset or
-// cannot be written; nothing is written then.
-void importPicture(const std::filesystem::path& bitmapPath, const std::filesystem::path& target,
-                   const PictureFormat& format, bool storePalette);
+// cannot be written; nothing is written then. An existing file is replaced
+// only when confirmReplace (if given) says yes, asked once the picture is
+// known to fit; the first time, its bytes are kept as originalCopyPath, and
+// a copy kept before is never overwritten.
+using ConfirmReplace = std::function<bool(const std::filesystem::path& target)>;
+ImportResult importPicture(const std::filesystem::path& bitmapPath,
+                           const std::filesystem::path& target, const PictureFormat& format,
+                           bool storePalette, const ConfirmReplace& confirmReplace = {});
 
 } // namespace marvek

@@ -7,78 +7,102 @@
 #include "io/atomicWrite.h"
 #include "native/marvek.h"
 
-#include <zlib.h>
+#include <png.h>
 
 #include <array>
+#include <cstring>
 #include <functional>
 #include <stdexcept>
-#include <string_view>
+#include <string>
+#include <vector>
 
 namespace marvek {
 namespace {
 
-constexpr std::array<std::uint8_t, 8> signature{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+// Where libpng writes to and where its last error is kept.
+struct Sink {
+    std::vector<std::uint8_t> bytes;
+    std::array<char, 160> error{};
+};
 
-void putBigEndian(std::vector<std::uint8_t>& out, std::uint32_t value) {
-    for (int shift = 24; shift >= 0; shift -= 8) {
-        out.push_back(static_cast<std::uint8_t>(value >> shift));
+void appendBytes(png_structp png, png_bytep data, png_size_t length) {
+    auto* sink = static_cast<Sink*>(png_get_io_ptr(png));
+    try {
+        sink->bytes.insert(sink->bytes.end(), data, data + length);
+    } catch (const std::bad_alloc&) {
+        png_error(png, "out of memory");
     }
 }
 
-void putChunk(std::vector<std::uint8_t>& out, std::string_view type,
-              std::span<const std::uint8_t> data) {
-    putBigEndian(out, static_cast<std::uint32_t>(data.size()));
-    const std::size_t typeStart = out.size();
-    out.insert(out.end(), type.begin(), type.end());
-    out.insert(out.end(), data.begin(), data.end());
-    // The checksum covers the type and the data, not the length.
-    uLong crc = crc32(0L, Z_NULL, 0);
-    crc = crc32_z(crc, out.data() + typeStart, out.size() - typeStart);
-    putBigEndian(out, static_cast<std::uint32_t>(crc));
+void flushNothing(png_structp /*png*/) {}
+
+void keepError(png_structp png, png_const_charp message) {
+    auto* sink = static_cast<Sink*>(png_get_error_ptr(png));
+    std::strncpy(sink->error.data(), message, sink->error.size() - 1);
+    png_longjmp(png, 1);
 }
 
-// Each row starts with filter type 0: the bytes as they are.
-std::vector<std::uint8_t> rawRows(std::span<const std::uint32_t> pixels, std::size_t width,
-                                  std::size_t height) {
-    std::vector<std::uint8_t> rows;
-    rows.reserve(height * (width * 3 + 1));
-    for (std::size_t y = 0; y < height; ++y) {
-        rows.push_back(0);
-        for (const std::uint32_t pixel : pixels.subspan(y * width, width)) {
-            rows.push_back(static_cast<std::uint8_t>(pixel >> 16));
-            rows.push_back(static_cast<std::uint8_t>(pixel >> 8));
-            rows.push_back(static_cast<std::uint8_t>(pixel));
+void ignoreWarning(png_structp /*png*/, png_const_charp /*message*/) {}
+
+// libpng's write and info structures, released together.
+class PngWriter {
+public:
+    explicit PngWriter(Sink& sink)
+        : png_(png_create_write_struct(PNG_LIBPNG_VER_STRING, &sink, keepError, ignoreWarning)) {
+        if (png_ == nullptr) {
+            throw std::bad_alloc();
         }
+        info_ = png_create_info_struct(png_);
+        if (info_ == nullptr) {
+            png_destroy_write_struct(&png_, nullptr);
+            throw std::bad_alloc();
+        }
+        png_set_write_fn(png_, &sink, appendBytes, flushNothing);
     }
-    return rows;
-}
+    PngWriter(const PngWriter&) = delete;
+    PngWriter& operator=(const PngWriter&) = delete;
+    ~PngWriter() { png_destroy_write_struct(&png_, &info_); }
 
-// One byte an index, each row after its filter type 0.
-std::vector<std::uint8_t> rawIndexRows(std::span<const std::uint8_t> indices, std::size_t width,
-                                       std::size_t height) {
-    std::vector<std::uint8_t> rows;
-    rows.reserve(height * (width + 1));
-    for (std::size_t y = 0; y < height; ++y) {
-        rows.push_back(0);
-        const auto row = indices.subspan(y * width, width);
-        rows.insert(rows.end(), row.begin(), row.end());
+    png_structp png() const noexcept { return png_; }
+    png_infop info() const noexcept { return info_; }
+
+private:
+    png_structp png_ = nullptr;
+    png_infop info_ = nullptr;
+};
+
+struct PngLayout {
+    png_uint_32 width;
+    png_uint_32 height;
+    int colourType;
+    // 256 colours for an indexed picture, none for a true-colour one.
+    const png_color* colours;
+};
+
+// libpng reports errors by a long jump back here, so this function owns
+// nothing that a jump would skip.
+bool writeImage(png_structp png, png_infop info, const PngLayout& layout, png_bytepp rows) {
+    if (setjmp(png_jmpbuf(png))) {
+        return false;
     }
-    return rows;
-}
-
-std::vector<std::uint8_t> compressed(const std::vector<std::uint8_t>& data) {
-    uLongf size = compressBound(data.size());
-    std::vector<std::uint8_t> out(size);
-    if (compress2(out.data(), &size, data.data(), data.size(), Z_DEFAULT_COMPRESSION) != Z_OK) {
-        throw std::runtime_error("the picture could not be compressed");
+    png_set_IHDR(png, info, layout.width, layout.height, 8, layout.colourType, PNG_INTERLACE_NONE,
+                 PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    if (layout.colours != nullptr) {
+        png_set_PLTE(png, info, layout.colours, 256);
     }
-    out.resize(size);
-    return out;
+    // Unfiltered rows compress the game's flat-coloured pictures best.
+    png_set_filter(png, PNG_FILTER_TYPE_BASE, PNG_FILTER_NONE);
+    png_write_info(png, info);
+    if (layout.colours == nullptr) {
+        // Surface pixels are bytes blue, green, red and a transparency byte
+        // that the opaque picture leaves out.
+        png_set_bgr(png);
+        png_set_filler(png, 0, PNG_FILLER_AFTER);
+    }
+    png_write_image(png, rows);
+    png_write_end(png, info);
+    return true;
 }
-
-} // namespace
-
-namespace {
 
 void checkSize(std::size_t count, std::int32_t width, std::int32_t height) {
     if (width < 1 || height < 1 ||
@@ -87,24 +111,28 @@ void checkSize(std::size_t count, std::int32_t width, std::int32_t height) {
     }
 }
 
-// The header with 8 bits a sample, the colour type, deflate, adaptive
-// filtering and no interlace.
-std::vector<std::uint8_t> startPng(std::int32_t width, std::int32_t height,
-                                   std::uint8_t colourType) {
-    std::vector<std::uint8_t> header;
-    putBigEndian(header, static_cast<std::uint32_t>(width));
-    putBigEndian(header, static_cast<std::uint32_t>(height));
-    header.insert(header.end(), {8, colourType, 0, 0, 0});
-    std::vector<std::uint8_t> out(signature.begin(), signature.end());
-    putChunk(out, "IHDR", header);
-    return out;
+// Rows of the pixels, each rowBytes long. libpng copies a row before it
+// changes anything, so the pixels are only read.
+template <typename Pixel>
+std::vector<png_bytep> rowsOf(std::span<const Pixel> pixels, std::int32_t width,
+                              std::int32_t height) {
+    std::vector<png_bytep> rows(static_cast<std::size_t>(height));
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        // NOLINTNEXTLINE: libpng's row type is not const, though it only reads
+        rows[row] = reinterpret_cast<png_bytep>(
+            const_cast<Pixel*>(pixels.data() + row * static_cast<std::size_t>(width)));
+    }
+    return rows;
 }
 
-std::vector<std::uint8_t> finishPng(std::vector<std::uint8_t> out,
-                                    const std::vector<std::uint8_t>& rows) {
-    putChunk(out, "IDAT", compressed(rows));
-    putChunk(out, "IEND", {});
-    return out;
+std::vector<std::uint8_t> encode(const PngLayout& layout, std::vector<png_bytep>& rows) {
+    Sink sink;
+    const PngWriter writer(sink);
+    if (!writeImage(writer.png(), writer.info(), layout, rows.data())) {
+        throw std::runtime_error(std::string("the picture could not be encoded: ") +
+                                 sink.error.data());
+    }
+    return std::move(sink.bytes);
 }
 
 void writeBytes(const std::filesystem::path& path,
@@ -123,29 +151,28 @@ void writeBytes(const std::filesystem::path& path,
 std::vector<std::uint8_t> encodePng(std::span<const std::uint32_t> pixels, std::int32_t width,
                                     std::int32_t height) {
     checkSize(pixels.size(), width, height);
-    constexpr std::uint8_t truecolour = 2;
-    return finishPng(
-        startPng(width, height, truecolour),
-        rawRows(pixels, static_cast<std::size_t>(width), static_cast<std::size_t>(height)));
+    auto rows = rowsOf(pixels, width, height);
+    return encode({static_cast<png_uint_32>(width), static_cast<png_uint_32>(height),
+                   PNG_COLOR_TYPE_RGB, nullptr},
+                  rows);
 }
 
 std::vector<std::uint8_t> encodeIndexedPng(std::span<const std::uint8_t> indices,
                                            std::int32_t width, std::int32_t height,
                                            const clsPalette& palette) {
     checkSize(indices.size(), width, height);
-    constexpr std::uint8_t indexed = 3;
-    std::vector<std::uint8_t> out = startPng(width, height, indexed);
     // Every index a byte can hold has a colour; those past the palette are black.
-    std::vector<std::uint8_t> colours;
-    for (std::int32_t index = 0; index < 256; ++index) {
-        const std::uint32_t colour = index < palette.Count() ? palette.Entry(index) : 0;
-        colours.insert(colours.end(),
-                       {static_cast<std::uint8_t>(colour), static_cast<std::uint8_t>(colour >> 8),
-                        static_cast<std::uint8_t>(colour >> 16)});
+    std::array<png_color, 256> colours{};
+    for (std::int32_t index = 0; index < palette.Count() && index < 256; ++index) {
+        const std::uint32_t colour = palette.Entry(index);
+        colours[static_cast<std::size_t>(index)] = {static_cast<png_byte>(colour),
+                                                    static_cast<png_byte>(colour >> 8),
+                                                    static_cast<png_byte>(colour >> 16)};
     }
-    putChunk(out, "PLTE", colours);
-    return finishPng(std::move(out), rawIndexRows(indices, static_cast<std::size_t>(width),
-                                                  static_cast<std::size_t>(height)));
+    auto rows = rowsOf(indices, width, height);
+    return encode({static_cast<png_uint_32>(width), static_cast<png_uint_32>(height),
+                   PNG_COLOR_TYPE_PALETTE, colours.data()},
+                  rows);
 }
 
 void writePngFile(const clsBackBuffer& backBuffer, const std::filesystem::path& path) {

@@ -4,6 +4,7 @@
 #include "native/pixels.h"
 #include "native/surface.h"
 
+#include <algorithm>
 #include <new>
 
 namespace marvek {
@@ -69,6 +70,21 @@ int32_t fontLoadFromBitmap(const char* path) {
         glyphs->height % cellsPerSide != 0) {
         return 0;
     }
+    return registerFont(std::move(glyphs));
+}
+
+int32_t fontLoadFromSurface(int32_t surface) {
+    const Surface* source = findSurface(surface);
+    if (source == nullptr || source->width % cellsPerSide != 0 ||
+        source->height % cellsPerSide != 0) {
+        return 0;
+    }
+    auto glyphs = Surface::create(source->width, source->height);
+    if (glyphs == nullptr) {
+        return 0;
+    }
+    std::transform(source->pixels.begin(), source->pixels.end(), glyphs->pixels.begin(),
+                   [](std::uint32_t pixel) { return pixel & rgbMask; });
     return registerFont(std::move(glyphs));
 }
 

@@ -73,6 +73,9 @@ void renderText(int32_t destination, int32_t font, int32_t x, int32_t y, uint32_
 /* ---- fonts ------------------------------------------------------------- */
 
 int32_t fontLoadFromBitmap(const char* path);
+/* A font whose glyphs are a copy of the surface's pixels, taken as opaque;
+ * 0 unless the surface's sides are multiples of 16. */
+int32_t fontLoadFromSurface(int32_t surface);
 int32_t fontGetCharWidth(int32_t font);
 int32_t fontGetCharHeight(int32_t font);
 /* Owned by the font: never destroy it yourself. */

@@ -17,6 +17,8 @@ namespace marvek {
 namespace {
 
 const QString bitmapFilter = "Bitmap files (*.bmp)|*.bmp|All files (*.*)|*.*";
+const QString importFilter =
+    "Bitmap files (*.bmp)|*.bmp|Indexed PNG pictures (*.png)|*.png|All files (*.*)|*.*";
 
 std::uint32_t opaque(std::uint32_t colour) {
     return createBGRA(getRed(colour), getGreen(colour), getBlue(colour), 0);
@@ -112,7 +114,7 @@ void frmEditPalette::exportPalette() {
 }
 
 void frmEditPalette::importPalette() {
-    const auto chosen = shared_.dialogs->openFile(this, "Import bitmap as palette", bitmapFilter,
+    const auto chosen = shared_.dialogs->openFile(this, "Import bitmap as palette", importFilter,
                                                   QString(), clsCommonDialog::openFlags, 1);
     if (chosen.empty()) {
         return;

@@ -18,13 +18,15 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QVBoxLayout>
 
 #include <exception>
 
 namespace marvek {
 namespace {
 
-const QString bitmapFilter = "Bitmap files (*.bmp)|*.bmp|All files (*.*)|*.*";
+const QString bitmapFilter =
+    "Bitmap files (*.bmp)|*.bmp|Indexed PNG pictures (*.png)|*.png|All files (*.*)|*.*";
 const QString exportFilter =
     "Windows bitmap files (*.bmp)|*.bmp|PNG pictures (*.png)|*.png|All files (*.*)|*.*";
 
@@ -75,11 +77,12 @@ void frmGraphics::buildControls() {
     chkShiftColors_ = new QCheckBox("Shift colours (16-31)", this);
     chkShiftColors_->setObjectName("chkShiftColors");
     form_->addWidget(chkShiftColors_, form_->rowCount(), 0, 1, 3);
-    auto* cmdExport = new QPushButton("Export...", this);
-    cmdExport->setObjectName("cmdExport");
+    cmdExport_ = new QPushButton("Export...", this);
+    cmdExport_->setObjectName("cmdExport");
+    cmdExport_->setEnabled(false);
     auto* cmdImport = new QPushButton("Import...", this);
     cmdImport->setObjectName("cmdImport");
-    form_->addWidget(cmdExport, form_->rowCount(), 0, 1, 3);
+    form_->addWidget(cmdExport_, form_->rowCount(), 0, 1, 3);
     form_->addWidget(cmdImport, form_->rowCount(), 0, 1, 3);
     form_->setRowStretch(form_->rowCount(), 1);
 
@@ -90,10 +93,19 @@ void frmGraphics::buildControls() {
     scroll->setWidget(picImage_);
     scroll->setBackgroundRole(QPalette::Dark);
 
+    lblProblem_ = new QLabel(this);
+    lblProblem_->setObjectName("lblProblem");
+    lblProblem_->setWordWrap(true);
+    lblProblem_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    lblProblem_->hide();
+    auto* shown = new QVBoxLayout;
+    shown->addWidget(lblProblem_);
+    shown->addWidget(scroll, 1);
+
     auto* layout = new QHBoxLayout(this);
     layout->addWidget(lstFiles_);
     layout->addLayout(form_);
-    layout->addWidget(scroll, 1);
+    layout->addLayout(shown, 1);
 
     const PictureFormat defaults;
     txtWidth_->setText(QString::number(defaults.width));
@@ -109,7 +121,7 @@ void frmGraphics::buildControls() {
     connect(chkShiftColors_, &QCheckBox::toggled, this, &frmGraphics::redraw);
     connect(txtWidth_, &QLineEdit::textChanged, this,
             [this] { udOffset_->setStep(offsetStep(format().width)); });
-    connect(cmdExport, &QPushButton::clicked, this, &frmGraphics::exportPicture);
+    connect(cmdExport_, &QPushButton::clicked, this, &frmGraphics::exportPicture);
     connect(cmdImport, &QPushButton::clicked, this, &frmGraphics::importPicture);
 }
 
@@ -180,28 +192,45 @@ void frmGraphics::loadSelectedFile() {
 }
 
 void frmGraphics::redraw() {
+    // A picture that no longer matches the boxes is never shown or exported.
     picImage_->clear();
-    if (!loaded_ || cmbPalette_->currentIndex() < 0 ||
-        cmbPalette_->currentIndex() >= static_cast<int>(choices_.size())) {
+    picImage_->hide();
+    picture_ = clsSurface();
+    cmdExport_->setEnabled(false);
+    showProblem({});
+    const int choice = cmbPalette_->currentIndex();
+    if (!loaded_ || choice < 0 || choice >= static_cast<int>(choices_.size())) {
         return;
     }
     try {
         const PictureFormat shown = format();
-        picture_ = decodePicture(bytes_, shown);
-        const clsPalette palette = choosePalette(
-            choices_[static_cast<std::size_t>(cmbPalette_->currentIndex())], bytes_, shown);
-        if (drawPicture(picture_, palette, buffer_)) {
-            picImage_->resize(buffer_.width() + 2 * PictureBox::border,
-                              buffer_.height() + 2 * PictureBox::border);
-            buffer_.Present(*picImage_);
+        clsSurface picture = decodePicture(bytes_, shown);
+        const clsPalette palette =
+            choosePalette(choices_[static_cast<std::size_t>(choice)], bytes_, shown);
+        if (!drawPicture(picture, palette, buffer_)) {
+            showProblem("The picture cannot be drawn with this palette.");
+            return;
         }
+        picture_ = std::move(picture);
+        picImage_->resize(buffer_.width() + 2 * PictureBox::border,
+                          buffer_.height() + 2 * PictureBox::border);
+        buffer_.Present(*picImage_);
+        picImage_->show();
+        cmdExport_->setEnabled(true);
     } catch (const std::exception& error) {
-        picImage_->setToolTip(QString::fromStdString(error.what()));
+        showProblem(QString::fromStdString(error.what()));
     }
+}
+
+void frmGraphics::showProblem(const QString& problem) {
+    lblProblem_->setText(problem.isEmpty() ? problem : "Nothing to show: " + problem);
+    lblProblem_->setVisible(!problem.isEmpty());
 }
 
 void frmGraphics::exportPicture() {
     if (!loaded_ || picture_.planarWidth() <= 0) {
+        shared_.messages->show(this, "There is no picture to export: " + lblProblem_->text(),
+                               messageStyle::exclamation);
         return;
     }
     const QString chosen =
@@ -229,17 +258,42 @@ void frmGraphics::importPicture() {
         return;
     }
     const auto dataFolder = settingText(shared_.settings, settingKey::thornwickData, {});
+    const std::filesystem::path target = std::filesystem::path(dataFolder) / name.toStdString();
+    const std::filesystem::path bitmap = toPath(chosen.begin()->second);
     const PaletteChoice& choice = choices_[static_cast<std::size_t>(cmbPalette_->currentIndex())];
+    ImportResult result;
     try {
-        marvek::importPicture(toPath(chosen.begin()->second),
-                              std::filesystem::path(dataFolder) / name.toStdString(), format(),
-                              choice.storesPalette());
+        result = marvek::importPicture(bitmap, target, format(), choice.storesPalette(),
+                                       [this, &bitmap](const std::filesystem::path& file) {
+                                           return confirmReplacing(file, bitmap);
+                                       });
     } catch (const std::exception& error) {
         shared_.messages->show(this, QString::fromStdString(error.what()),
                                messageStyle::exclamation);
         return;
     }
+    if (!result.written) {
+        return;
+    }
     loadSelectedFile();
+    QString done = toQString(target) + " now holds the picture of " + toQString(bitmap) + ".";
+    if (result.keptOriginal) {
+        done += " The original is kept as " + toQString(result.original) + ".";
+    }
+    shared_.messages->show(this, done, messageStyle::information);
+}
+
+bool frmGraphics::confirmReplacing(const std::filesystem::path& target,
+                                   const std::filesystem::path& bitmap) {
+    std::error_code error;
+    QString question = "Replace the game file " + toQString(target.filename()) +
+                       " with the picture of " + toQString(bitmap) + "?";
+    const std::filesystem::path original = originalCopyPath(target);
+    question += std::filesystem::exists(original, error)
+                    ? " Its first original stays kept as " + toQString(original) + "."
+                    : " The original will be kept as " + toQString(original) + ".";
+    return shared_.messages->show(this, question, messageStyle::yesNoQuestion) ==
+           messageAnswer::yes;
 }
 
 } // namespace marvek

@@ -8,13 +8,16 @@
 #include <QDialog>
 
 #include <cstdint>
+#include <filesystem>
 #include <vector>
 
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
 class QGridLayout;
+class QLabel;
 class QListWidget;
+class QPushButton;
 
 namespace marvek {
 
@@ -35,6 +38,7 @@ public:
     void showModal();
     // The parameters as the boxes hold them.
     PictureFormat format() const;
+    // The picture shown, empty while the boxes give none.
     const clsSurface& picture() const noexcept { return picture_; }
 
 private:
@@ -43,6 +47,9 @@ private:
     void fillLists();
     void loadSelectedFile();
     void redraw();
+    // Why no picture is shown; an empty text hides the line.
+    void showProblem(const QString& problem);
+    bool confirmReplacing(const std::filesystem::path& target, const std::filesystem::path& bitmap);
     void exportPicture();
     void importPicture();
     QString selectedFile() const;
@@ -65,6 +72,8 @@ private:
     QComboBox* cmbPalette_ = nullptr;
     QCheckBox* chkShiftColors_ = nullptr;
     PictureBox* picImage_ = nullptr;
+    QLabel* lblProblem_ = nullptr;
+    QPushButton* cmdExport_ = nullptr;
     QGridLayout* form_ = nullptr;
 };
 

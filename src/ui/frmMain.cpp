@@ -10,6 +10,7 @@
 #include "ui/PictureBox.h"
 #include "ui/SelectTool.h"
 #include "ui/frmReplaceTile.h"
+#include "ui/windowPlacement.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -44,7 +45,7 @@ frmMain::frmMain(SharedObjects& shared, MainDialogs dialogs, QWidget* parent)
     buildWindow();
     buildMenus();
     statusBar()->setObjectName("statusBar");
-    resize(1280, 800);
+    fitToScreen(*this, QSize(1280, 800));
     updateCommands();
 }
 
@@ -198,7 +199,9 @@ void frmMain::keyPressEvent(QKeyEvent* event) {
     } else if (typed == "G") {
         renderFlags_ ^= renderFlags::clear;
         if (opened_) {
+            const std::int32_t before = opened_->level.tileSpacing;
             opened_->level.tileSpacing = (renderFlags_ & renderFlags::clear) != 0 ? 17 : 16;
+            levelCamera_.changePitch(before, opened_->level.tileSpacing);
             createBuffers();
         }
         renderLevel();

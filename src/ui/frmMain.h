@@ -107,6 +107,8 @@ public:
     const clsRectangle& selection() const noexcept { return selection_; }
     bool selectionVisible() const noexcept { return selectionVisible_; }
     const clsRectangle& paletteSelection() const noexcept { return paletteSelection_; }
+    // False once the brush no longer comes from the tile palette.
+    bool paletteSelectionVisible() const noexcept { return paletteSelectionVisible_; }
 
     // The editing tools; the Brush is the tool at start.
     enum class Tool { brush, bucketFill, select };
@@ -185,6 +187,8 @@ private:
     void loadOptions();
     // A level just opened: fresh editing state, views sized and drawn.
     void showNewLevel();
+    // Names each file the readers repaired and what they repaired, once.
+    void warnOfRepairs();
     // Undo or redo, whichever side is given.
     void takeBack(std::string (UndoHistory::*side)(clsLevel&));
     void resetEditState();
@@ -265,6 +269,7 @@ private:
     clsRectangle selection_;
     bool selectionVisible_ = false;
     clsRectangle paletteSelection_;
+    bool paletteSelectionVisible_ = true;
     float moveSensitivity_ = 1.0F;
     bool tileModifierHeld_ = false;
     bool specialModifierHeld_ = false;

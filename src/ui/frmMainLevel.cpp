@@ -6,6 +6,7 @@
 #include "app/qtPaths.h"
 #include "app/settings.h"
 #include "data/openLevel.h"
+#include "data/tilePalette.h"
 #include "ui/PictureBox.h"
 #include "ui/SelectTool.h"
 #include "ui/frmOpenLevel.h"
@@ -94,7 +95,21 @@ bool frmMain::useConfig(const std::filesystem::path& levelFile, const QString& c
     history_.clear();
     resetEditState();
     updateCommands();
+    if (!opened_->repairs.empty()) {
+        setEnabled(true);
+        dialogs_.status.hideStatus();
+        warnOfRepairs();
+    }
     return true;
+}
+
+void frmMain::warnOfRepairs() {
+    QString text = "Parts of these files were missing and were filled in while reading them; "
+                   "saving writes the level as it is shown now:";
+    for (const std::string& repair : opened_->repairs) {
+        text += "\n\n" + toQString(repair);
+    }
+    shared_.messages->show(this, text, messageStyle::exclamation);
 }
 
 void frmMain::loadOptions() {
@@ -127,6 +142,7 @@ void frmMain::resetEditState() {
         selectTool_->drop();
     }
     paletteSelection_ = clsRectangle();
+    paletteSelectionVisible_ = true;
     selectedSpecial_ = nullptr;
     if (opened_ && opened_->specialSet.count() > 0) {
         selectedSpecial_ = &opened_->specialSet.getSpecial(0);
@@ -174,9 +190,8 @@ void frmMain::createBuffers() {
     paletteCamera_.viewHeight = paletteBuffer_.height();
     paletteCamera_.levelWidth = paletteBuffer_.width();
     paletteCamera_.levelHeight =
-        mode_ == specialsMode
-            ? opened_->specialSet.paletteHeight()
-            : rounded(double(opened_->tileSet.count()) / 20.0 * level.tileSpacing);
+        mode_ == specialsMode ? opened_->specialSet.paletteHeight()
+                              : tilePaletteRows(opened_->tileSet.count()) * level.tileSpacing;
     paletteCamera_.checkPosition();
     updatePaletteScroll();
 }
@@ -185,8 +200,10 @@ void frmMain::updatePaletteScroll() {
     if (!opened_) {
         return;
     }
+    // The last row counts when partial, so that its tiles can be reached.
     const int maximum = mode_ == tilesMode
-                            ? (opened_->tileSet.count() / 20) * 16 - picPalette_->height() + 5
+                            ? tilePaletteRows(opened_->tileSet.count()) * clsTileSet::tileSize -
+                                  picPalette_->height() + 5
                             : opened_->specialSet.paletteHeight() - picPalette_->height();
     {
         const QSignalBlocker quiet(scrlPalette_);
@@ -230,8 +247,10 @@ void frmMain::renderPalette() {
                                      shared_.editorFont, alphaBlending_);
     } else {
         opened_->tileSet.renderTo(paletteBuffer_, paletteCamera_);
-        opened_->tileSet.renderSelected(paletteBuffer_, paletteSelection_, paletteCamera_,
-                                        alphaBlending_ ? 1 : 0);
+        if (paletteSelectionVisible_) {
+            opened_->tileSet.renderSelected(paletteBuffer_, paletteSelection_, paletteCamera_,
+                                            alphaBlending_ ? 1 : 0);
+        }
     }
     paletteBuffer_.Present(*picPalette_);
 }

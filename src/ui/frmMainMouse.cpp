@@ -4,6 +4,7 @@
 #include "app/SharedObjects.h"
 #include "app/qtPaths.h"
 #include "data/openLevel.h"
+#include "data/tilePalette.h"
 #include "native/marvek.h"
 #include "ui/BrushTool.h"
 #include "ui/LevelTool.h"
@@ -193,7 +194,10 @@ void frmMain::copySelection() {
     selection_.Normalize();
     brush_ = opened_->level.getTiles(selection_);
     brushCells_.reset();
+    // The brush no longer comes from the palette.
+    paletteSelectionVisible_ = false;
     renderLevel();
+    renderPalette();
 }
 
 void frmMain::fillSelection() {
@@ -215,13 +219,13 @@ void frmMain::palettePressed(int button, int /*shift*/, float x, float y) {
         return;
     }
     if (mode_ == tilesMode) {
-        // Only whole rows of the palette hold tiles.
-        if (rounded(y) / paletteCell < opened_->tileSet.count() / paletteColumns) {
+        const QPoint cell = paletteCellAt(x, y);
+        if (tilePaletteHolds(opened_->tileSet.count(), cell.x(), cell.y())) {
             dragState_ = choosingTiles;
-            const QPoint cell = paletteCellAt(x, y);
             paletteSelection_ = clsRectangle();
             paletteSelection_.left = cell.x();
             paletteSelection_.top = cell.y();
+            paletteSelectionVisible_ = true;
             renderPalette();
         }
         return;
@@ -238,16 +242,10 @@ void frmMain::paletteMoved(int /*buttons*/, int /*shift*/, float x, float y) {
         return;
     }
     const QPoint cell = paletteCellAt(x, y);
-    clsRectangle& area = paletteSelection_;
-    area.width = cell.x() - area.left;
-    area.height = cell.y() - area.top;
-    if (area.left + area.width > paletteColumns - 1) {
-        area.width = paletteColumns - 1 - area.left;
-    }
-    const std::int32_t lastFullRow = opened_->tileSet.count() / paletteColumns - 1;
-    if (area.top + area.height > lastFullRow) {
-        area.height = lastFullRow - area.top;
-    }
+    clsRectangle dragged = paletteSelection_;
+    dragged.width = cell.x() - dragged.left;
+    dragged.height = cell.y() - dragged.top;
+    paletteSelection_ = limitTileSelection(dragged, opened_->tileSet.count());
     renderPalette();
 }
 

@@ -57,6 +57,19 @@ TEST_F(GraphicsTool, EveryPlanarSampleFileComesBackTheSame) {
     }
 }
 
+TEST_F(GraphicsTool, ImportTakesAnIndexedPngAndKeepsTheFirstOriginal) {
+    const std::string options = "--width 320 --height 320 --planes 5 --palette \"World 2\"";
+    const auto target = folder / "L2ET";
+    std::filesystem::copy_file(data->path() / "L2ET", target);
+    const auto before = readBytes(target);
+    ASSERT_EQ(run("export", target, folder / "sprites.png", options).exitCode, 0);
+    ASSERT_EQ(run("import", folder / "sprites.png", target, options).exitCode, 0);
+    EXPECT_EQ(readPictureFile(target), readPictureFile(data->path() / "L2ET"));
+    EXPECT_EQ(readBytes(folder / "L2ET.orig"), before);
+    ASSERT_EQ(run("import", folder / "sprites.png", target, options + " --offset 8").exitCode, 0);
+    EXPECT_EQ(readBytes(folder / "L2ET.orig"), before) << "the first original stays";
+}
+
 TEST_F(GraphicsTool, PngExportIsIndexedWithThePalette) {
     const auto tiles = data->path() / "L1BM";
     const std::string options = "--width 16 --height 16 --planes 5 --count 3 --across 3";

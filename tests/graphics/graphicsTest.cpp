@@ -2,7 +2,9 @@
 #include "graphics/clsCamera.h"
 #include "graphics/clsFont.h"
 #include "graphics/clsRectangle.h"
+#include "graphics/pngFile.h"
 #include "native/handles.h"
+#include "support/TempDir.h"
 #include "support/bitmapFiles.h"
 #include "support/images.h"
 
@@ -165,6 +167,29 @@ TEST(clsFont, LoadsTheCellSizeDrawsThroughTheLibraryAndAFailedLoadFreesTheOldFon
     EXPECT_FALSE(font.loadFromFile(folder / "missing.bmp"));
     EXPECT_EQ(std::tuple(font.handle(), font.charWidth(), font.getSurface(), fontGetCharWidth(old)),
               std::tuple(0, 0, 0, 0));
+}
+
+TEST(clsFont, AnIndexedPngLoadsAsTheSameBitmapWould) {
+    // 16 x 16 cells of 3 x 2 pixels; index 1 is ink, index 2 lies past the
+    // two-colour palette and is black, as in an 8-bit bitmap.
+    const TempDir folder;
+    std::vector<std::uint8_t> indices(48 * 32, 0);
+    const auto at = [](int x, int y) { return static_cast<std::size_t>(y * 48 + x); };
+    indices[at(('B' % 16) * 3 + 1, ('B' / 16) * 2)] = 1;
+    indices[at(('B' % 16) * 3 + 2, ('B' / 16) * 2)] = 2;
+    writeBytes(folder / "font.png", encodeIndexedPng(indices, 48, 32, paletteOf({0, 0x00FF8040})));
+    clsFont font;
+    ASSERT_TRUE(font.loadFromFile(folder / "font.png"));
+    EXPECT_EQ(std::pair(font.charWidth(), font.charHeight()), std::pair(3, 2));
+    const UniqueSurface surface(surfaceCreate(3, 1));
+    renderText(surface.get(), font.handle(), 0, 0, 0x00123456, "B");
+    EXPECT_EQ(surfaceGetPixel(surface.get(), 0, 0), 0u);
+    EXPECT_EQ(surfaceGetPixel(surface.get(), 1, 0), 0x00123456u);
+    EXPECT_EQ(surfaceGetPixel(surface.get(), 2, 0), 0u);
+
+    // A true-colour PNG loads nothing.
+    writeBytes(folder / "rgb.png", encodePng(std::vector<std::uint32_t>(48 * 32), 48, 32));
+    EXPECT_FALSE(font.loadFromFile(folder / "rgb.png"));
 }
 
 } // namespace

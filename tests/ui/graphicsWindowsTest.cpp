@@ -12,6 +12,7 @@
 #include <QAbstractSpinBox>
 #include <QAction>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -102,6 +103,7 @@ TEST_F(GraphicsWindows, TheBrowserShowsExportsAndImportsTheTiles) {
         setNumber(browser, "txtXCount", 20);
 
         dialogs_->fileAnswers = {{toQString(root_.path() / "tiles")}, {toQString(exported)}};
+        messages_->answers = {messageAnswer::yes};
         child<QPushButton>(browser, "cmdExport").click();
         EXPECT_EQ(dialogs_->fileRequests[0].title, "Export bitmap");
         EXPECT_EQ(dialogs_->fileRequests[0].initialName, "L1BM.bmp");
@@ -110,9 +112,104 @@ TEST_F(GraphicsWindows, TheBrowserShowsExportsAndImportsTheTiles) {
         static_cast<QDialog&>(browser).reject();
     });
     window.findChild<QAction*>("itmToolsGraphics")->trigger();
-    EXPECT_TRUE(messages_->shown.empty()) << messages_->shown.front().text.toStdString();
+    ASSERT_EQ(messages_->shown.size(), 2U) << "the question and the notice that it is done";
+    EXPECT_EQ(messages_->shown[0].style, messageStyle::yesNoQuestion);
+    EXPECT_EQ(messages_->shown[1].style, messageStyle::information);
     EXPECT_TRUE(fs::exists(exported));
     EXPECT_EQ(unpacked(tiles), before) << "export then import gives back the same bytes";
+}
+
+// Opens the browser on L1BM read as 16 x 16 tiles, 20 across, with World 1.
+void showTiles(QWidget& browser, int count) {
+    child<QComboBox>(browser, "cmbPalette").setCurrentText("World 1");
+    setNumber(browser, "txtWidth", 16);
+    setNumber(browser, "txtHeight", 16);
+    setNumber(browser, "txtBitPlanes", 5);
+    setNumber(browser, "txtSubImages", count);
+    setNumber(browser, "txtXCount", 20);
+    auto& files = child<QListWidget>(browser, "lstFiles");
+    files.setCurrentItem(files.findItems("L1BM", Qt::MatchExactly).front());
+}
+
+TEST_F(GraphicsWindows, TheBrowserNeverShowsOrExportsAPictureItCannotDraw) {
+    frmMain& window = startEditor();
+    whenModal([&](QWidget& widget) {
+        auto& browser = static_cast<frmGraphics&>(widget);
+        showTiles(browser, 40);
+        const auto& problem = child<QLabel>(browser, "lblProblem");
+        auto& exportButton = child<QPushButton>(browser, "cmdExport");
+        const auto& image = child<PictureBox>(browser, "picImage");
+        ASSERT_TRUE(exportButton.isEnabled());
+        EXPECT_TRUE(problem.isHidden());
+        EXPECT_EQ(image.image().width(), 320);
+
+        // Too large to draw: said in the window, nothing shown or exported.
+        setNumber(browser, "txtWidth", 1024);
+        setNumber(browser, "txtXCount", 64);
+        setNumber(browser, "txtSubImages", 64);
+        EXPECT_FALSE(problem.isHidden());
+        EXPECT_TRUE(problem.text().contains("the picture would be 65536 x 16 pixels; at most"))
+            << problem.text().toStdString();
+        EXPECT_FALSE(exportButton.isEnabled());
+        EXPECT_TRUE(image.image().isNull());
+        EXPECT_TRUE(image.isHidden()) << "no empty black box either";
+        EXPECT_EQ(browser.picture().planarWidth(), 0);
+
+        // A palette whose file is missing is named, not drawn black.
+        setNumber(browser, "txtWidth", 16);
+        ASSERT_TRUE(exportButton.isEnabled());
+        child<QComboBox>(browser, "cmbPalette").setCurrentText("World 4");
+        EXPECT_TRUE(problem.text().contains("world4.pal")) << problem.text().toStdString();
+        EXPECT_FALSE(exportButton.isEnabled());
+        EXPECT_EQ(browser.picture().planarWidth(), 0);
+
+        child<QComboBox>(browser, "cmbPalette").setCurrentText("World 2");
+        EXPECT_TRUE(problem.isHidden());
+        EXPECT_TRUE(exportButton.isEnabled());
+        EXPECT_FALSE(image.isHidden());
+        EXPECT_GT(browser.picture().palette().Count(), 0);
+        browser.reject();
+    });
+    window.findChild<QAction*>("itmToolsGraphics")->trigger();
+    EXPECT_TRUE(messages_->shown.empty());
+}
+
+TEST_F(GraphicsWindows, ImportOverAGameFileAsksAndKeepsOnlyTheFirstOriginal) {
+    frmMain& window = startEditor();
+    const fs::path tiles = dataFolder() / "L1BM";
+    const fs::path original = dataFolder() / "L1BM.orig";
+    const auto before = readBytes(tiles);
+    const fs::path png = root_.path() / "tiles.png";
+    whenModal([&](QWidget& browser) {
+        showTiles(browser, 40);
+        dialogs_->fileAnswers = {
+            {toQString(png)}, {toQString(png)}, {toQString(png)}, {toQString(png)}};
+        child<QPushButton>(browser, "cmdExport").click();
+        ASSERT_TRUE(fs::exists(png));
+        // No: nothing is written.
+        messages_->answers = {messageAnswer::no};
+        child<QPushButton>(browser, "cmdImport").click();
+        EXPECT_EQ(readBytes(tiles), before);
+        EXPECT_FALSE(fs::exists(original));
+        // Yes: replaced, the original kept and the user told.
+        messages_->answers = {messageAnswer::yes};
+        child<QPushButton>(browser, "cmdImport").click();
+        EXPECT_TRUE(fs::exists(original));
+        // Again: the first original stays.
+        messages_->answers = {messageAnswer::yes};
+        setNumber(browser, "txtOffset", 160);
+        child<QPushButton>(browser, "cmdImport").click();
+        static_cast<QDialog&>(browser).reject();
+    });
+    window.findChild<QAction*>("itmToolsGraphics")->trigger();
+    ASSERT_EQ(messages_->shown.size(), 5U);
+    EXPECT_EQ(messages_->shown[0].style, messageStyle::yesNoQuestion);
+    EXPECT_TRUE(messages_->shown[0].text.contains("L1BM.orig"));
+    EXPECT_EQ(messages_->shown[2].style, messageStyle::information);
+    EXPECT_TRUE(messages_->shown[2].text.contains("kept as"));
+    EXPECT_FALSE(messages_->shown[4].text.contains("kept as"));
+    EXPECT_EQ(readBytes(original), before);
+    EXPECT_NE(unpacked(tiles), readPictureFile(original)) << "the second import moved the tiles";
 }
 
 TEST_F(GraphicsWindows, AnImportWithoutAPaletteWritesNothing) {
@@ -128,9 +225,10 @@ TEST_F(GraphicsWindows, AnImportWithoutAPaletteWritesNothing) {
         static_cast<QDialog&>(browser).reject();
     });
     window.findChild<QAction*>("itmToolsGraphics")->trigger();
-    ASSERT_EQ(messages_->shown.size(), 1U);
+    ASSERT_EQ(messages_->shown.size(), 1U) << "refused before any question";
     EXPECT_TRUE(messages_->shown[0].text.contains("no palette"))
         << messages_->shown[0].text.toStdString();
+    EXPECT_FALSE(fs::exists(dataFolder() / "L1BM.orig"));
     EXPECT_EQ(readBytes(tiles), before);
 }
 

@@ -71,6 +71,32 @@ TEST_F(MainWindow, KeysToggleWhatIsDrawnInEitherCase) {
     EXPECT_EQ(window.levelCamera().levelWidth, levelWidth * 16);
 }
 
+TEST_F(MainWindow, TheGridKeepsTheCellAtTheViewsTopLeft) {
+    frmMain& window = startEditor();
+    // Scroll well into the level, partway into a cell, by a right drag.
+    auto cursor = std::make_unique<ScriptedScreenCursor>();
+    ScriptedScreenCursor& pointer = *cursor;
+    shared_->cursor = std::move(cursor);
+    auto& view = child<PictureBox>(window, "picLevel");
+    QTest::mousePress(&view, Qt::RightButton, {}, {50, 50});
+    pointer.position = pointer.position + QPoint(1605, 37);
+    QTest::mouseMove(&view, {60, 60});
+    QTest::mouseRelease(&view, Qt::RightButton, {}, {60, 60});
+    const clsCamera start = window.levelCamera();
+    ASSERT_GT(start.x, 16 * 100);
+    ASSERT_GT(start.y, 16);
+    for (const char key : {'g', 'g', 'g'}) {
+        const std::int32_t before = window.openedLevel()->level.tileSpacing;
+        const clsCamera was = window.levelCamera();
+        typeKey(window, key);
+        const std::int32_t after = window.openedLevel()->level.tileSpacing;
+        const clsCamera& now = window.levelCamera();
+        EXPECT_EQ(now.x / after, was.x / before);
+        EXPECT_EQ(now.y / after, was.y / before);
+        EXPECT_EQ(now.x % after, std::min(was.x % before, after - 1));
+    }
+}
+
 TEST_F(MainWindow, ZoomTwiceRestoresTheBufferAndKeepsTheCameraInside) {
     frmMain& window = startEditor();
     const auto width = window.levelBuffer().width();

@@ -137,10 +137,6 @@ TEST_F(MouseEditing, APaletteDragMakesTheBrushUpToColumnNineteenAndAStrokeIsOneS
     EXPECT_EQ(brush.at(0, 0), 22);
     EXPECT_EQ(brush.at(17, 1), 59);
 
-    // Below the last full row of the palette nothing starts.
-    QTest::mouseClick(&palette(), Qt::LeftButton, {}, paletteCell(0, 9));
-    EXPECT_EQ(window_->brush().width(), 18);
-
     const auto before = grid();
     QTest::mousePress(&view(), Qt::LeftButton, {}, cell(1, 1));
     QTest::mouseMove(&view(), cell(2, 1));
@@ -149,6 +145,45 @@ TEST_F(MouseEditing, APaletteDragMakesTheBrushUpToColumnNineteenAndAStrokeIsOneS
     EXPECT_EQ(level().cellAt(2, 1).tile, 22);
     EXPECT_EQ(level().cellAt(19, 2).tile, 59);
     expectUndoAndRedo(before, "Paint");
+}
+
+TEST_F(MouseEditing, EveryTileOfAPartialLastPaletteRowCanBeChosenAndNoneBeyond) {
+    start();
+    const std::int32_t count = window_->openedLevel()->tileSet.count();
+    const int lastRow = (count - 1) / 20;
+    const int lastColumn = (count - 1) % 20;
+    ASSERT_LT(lastColumn, 19) << "the sample tile set ends in a partial row";
+    QTest::mouseClick(&palette(), Qt::LeftButton, {}, paletteCell(lastColumn, lastRow));
+    ASSERT_EQ(window_->brush().width(), 1);
+    EXPECT_EQ(window_->brush().at(0, 0), count - 1);
+    QTest::mouseClick(&palette(), Qt::LeftButton, {}, paletteCell(0, lastRow));
+    EXPECT_EQ(window_->brush().at(0, 0), lastRow * 20);
+
+    // Past the last tile nothing starts.
+    QTest::mouseClick(&palette(), Qt::LeftButton, {}, paletteCell(lastColumn + 1, lastRow));
+    EXPECT_EQ(window_->brush().at(0, 0), lastRow * 20);
+    EXPECT_EQ(window_->dragState(), 0);
+
+    // A drag along the last row stops at its last tile.
+    QTest::mousePress(&palette(), Qt::LeftButton, {}, paletteCell(1, lastRow));
+    QTest::mouseMove(&palette(), paletteCell(19, lastRow));
+    QTest::mouseRelease(&palette(), Qt::LeftButton, {}, paletteCell(19, lastRow));
+    ASSERT_EQ(window_->brush().height(), 1);
+    EXPECT_EQ(window_->brush().at(window_->brush().width() - 1, 0), count - 1);
+}
+
+TEST_F(MouseEditing, AShiftCopyTakesTheHighlightOffThePalette) {
+    start();
+    QTest::mouseClick(&palette(), Qt::LeftButton, {}, paletteCell(4, 0));
+    EXPECT_TRUE(window_->paletteSelectionVisible());
+    const QImage chosen = palette().image().copy();
+    drag(Qt::ShiftModifier, cell(0, 0), cell(1, 0));
+    EXPECT_FALSE(window_->paletteSelectionVisible());
+    // The red tint over tile 4 is gone from what the palette shows.
+    const QPoint tile4(16 * 4 + 8, 8);
+    EXPECT_NE(palette().image().pixel(tile4), chosen.pixel(tile4));
+    QTest::mouseClick(&palette(), Qt::LeftButton, {}, paletteCell(4, 0));
+    EXPECT_EQ(palette().image().pixel(tile4), chosen.pixel(tile4));
 }
 
 TEST_F(MouseEditing, ShiftDragCopiesTilesUpToColumn299AndAShiftClickOneCell) {
