@@ -276,7 +276,8 @@ void frmMain::editPaste() {
     } else {
         brushCells_.reset();
     }
-    paletteSelection_ = clsRectangle();
+    // The brush no longer comes from the palette.
+    paletteSelectionVisible_ = false;
     // The pasted cells are a brush of tiles: they go down in Tiles mode.
     tabMode_->setCurrentIndex(tilesMode - 1);
     chooseTool(Tool::brush);

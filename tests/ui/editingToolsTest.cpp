@@ -263,6 +263,7 @@ TEST_F(EditingTools, CutCellsTravelToAnotherLevelWithTheirSpecials) {
     EXPECT_EQ(window_->tool(), frmMain::Tool::brush);
     ASSERT_NE(window_->brushCells(), nullptr);
     EXPECT_EQ(*window_->brushCells(), cut);
+    EXPECT_FALSE(window_->paletteSelectionVisible()) << "the palette no longer names the brush";
     QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(10, 4));
     for (int dy = 0; dy < 2; ++dy) {
         for (int dx = 0; dx < 3; ++dx) {
