@@ -30,6 +30,7 @@ std::int32_t rounded(double value) {
 
 bool frmMain::initialLoad() {
     loadOptions();
+    restorePanels();
     const clsConfiguration& settings = shared_.settings;
     const std::filesystem::path level =
         toPath(toQString(settingText(settings, settingKey::thornwickData, {}))) /
@@ -47,6 +48,7 @@ bool frmMain::initialLoad() {
 
 void frmMain::showNewLevel() {
     resetEditState();
+    showLevelInPanels();
     createBuffers();
     renderLevel();
     renderPalette();
@@ -220,7 +222,9 @@ void frmMain::renderLevel() {
     if (selectionVisible_) {
         level.renderTileRect(levelBuffer_, levelCamera_, selection_, alphaBlending_);
     }
+    drawNavigationMarks();
     levelBuffer_.Present(*picLevel_);
+    refreshNavigation();
 }
 
 void frmMain::renderPalette() {

@@ -17,6 +17,7 @@ namespace {
 // Mouse buttons and modifier masks as the picture boxes report them.
 constexpr int leftButton = 1;
 constexpr int rightButton = 2;
+constexpr int middleButton = 4;
 constexpr int shiftMask = 1;
 constexpr int ctrlMask = 2;
 
@@ -61,6 +62,10 @@ void frmMain::levelPressed(int button, int shift, float x, float y) {
     }
     mouseX_ = std::nearbyint(x);
     mouseY_ = std::nearbyint(y);
+    if (button == middleButton) {
+        startPan(x, y);
+        return;
+    }
     if (button == rightButton && dragState_ == 0) {
         dragState_ = scrolling;
         dragStart_ = shared_.cursor->pos();
@@ -106,7 +111,9 @@ void frmMain::levelMoved(int buttons, int /*shift*/, float x, float y) {
         return;
     }
     const bool leftHeld = (buttons & leftButton) != 0;
-    if (dragState_ == scrolling) {
+    if (panning_) {
+        panTo(x, y);
+    } else if (dragState_ == scrolling) {
         scrollDrag();
     } else if (leftHeld && mode_ == tilesMode && dragState_ == painting) {
         paintBrush(x, y);
@@ -124,6 +131,14 @@ void frmMain::levelMoved(int buttons, int /*shift*/, float x, float y) {
 }
 
 void frmMain::levelReleased(int button, int /*shift*/, float /*x*/, float /*y*/) {
+    if (button == middleButton) {
+        // A pan ends on its own; a drag of another button goes on.
+        panning_ = false;
+        if (dragState_ == 0) {
+            picLevel_->unsetCursor();
+        }
+        return;
+    }
     const std::int32_t state = dragState_;
     if ((button == rightButton && state == scrolling) ||
         (mode_ == tilesMode && state == painting) || (mode_ == specialsMode && state == placing)) {
