@@ -43,6 +43,9 @@ bool frmMain::initialLoad() {
         return false;
     }
     showNewLevel();
+    // Without a window manager nobody hands the window the keyboard, and
+    // menu shortcuts only work in the active window.
+    activateWindow();
     return true;
 }
 

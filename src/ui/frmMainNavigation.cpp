@@ -125,6 +125,11 @@ void frmMain::restorePanels() {
             : QStringList{overviewName};
     overviewDock_->setVisible(open.contains(overviewName));
     specialsDock_->setVisible(open.contains(specialsName));
+    // The overview needs little more than its picture; the list's columns
+    // want the rest.
+    resizeDocks({overviewDock_, specialsDock_},
+                {overview_->sizeHint().width(), specialsList_->sizeHint().width()},
+                Qt::Horizontal);
     viewMenu_->sync();
 }
 
