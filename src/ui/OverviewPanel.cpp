@@ -32,12 +32,6 @@ void OverviewPanel::showLevel(const OpenedLevel& opened) {
     redrawAll(opened.level);
 }
 
-void OverviewPanel::forgetLevel() {
-    hasLevel_ = false;
-    image_ = QImage();
-    update();
-}
-
 void OverviewPanel::levelChanged(const clsLevel& level) {
     if (!hasLevel_) {
         return;

@@ -26,7 +26,6 @@ public:
     void levelChanged(const clsLevel& level);
     // The view's cells, for the rectangle.
     void setView(const CellRange& view);
-    void forgetLevel();
 
     const clsLevelOverview& overview() const noexcept { return overview_; }
     // Where a cell's top-left lies in the panel.

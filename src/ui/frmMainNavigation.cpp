@@ -104,7 +104,7 @@ void frmMain::buildViewMenu() {
                          flagToggle(renderFlags::undefinedIds), flagOn(renderFlags::undefinedIds));
     viewMenu_->menu().addSeparator();
     viewMenu_->addToggle(
-        "itmViewOverview", "O&verview", "M", [this] { togglePanel(*overviewDock_); },
+        "itmViewOverview", "Overvie&w", "M", [this] { togglePanel(*overviewDock_); },
         [this] { return !overviewDock_->isHidden(); });
     viewMenu_->addToggle(
         "itmViewSpecialsList", "&Specials List", QString(), [this] { togglePanel(*specialsDock_); },
