@@ -60,6 +60,41 @@ std::uint32_t specialColour(const clsSpecial& special) {
     return plainDot;
 }
 
+// Small cells are filled whole by a dot so that it stays visible; larger
+// ones keep a rim of the tile's colour.
+constexpr bool dotFillsCell(std::int32_t cellPixels) {
+    return cellPixels < 4;
+}
+
+// The top pixel row of a row of cells. Sizes is a constant for the common
+// small cells, so that each cell's pixels are plain stores; 0 takes the
+// size at run time.
+template <std::int32_t Size>
+void fillCellRow(const Cell* cells, std::int32_t count, std::uint32_t* out,
+                 const OverviewColours& colours, std::int32_t runtimeSize = Size) {
+    const std::int32_t size = Size != 0 ? Size : runtimeSize;
+    const bool dots = dotFillsCell(size);
+    const std::uint32_t* tiles = colours.tiles.data();
+    const std::size_t tileCount = colours.tiles.size();
+    for (std::int32_t x = 0; x < count; ++x) {
+        const Cell cell = cells[x];
+        // A negative tile turns huge here and so counts as beyond the set.
+        const auto tile = static_cast<std::size_t>(cell.tile);
+        std::uint32_t colour = tile < tileCount ? tiles[tile] : 0;
+        if (dots && cell.special != 0) {
+            colour = colours.specials[cell.special];
+        }
+        if constexpr (Size != 0) {
+            for (std::int32_t i = 0; i < Size; ++i) {
+                out[i] = colour;
+            }
+        } else {
+            std::fill_n(out, size, colour);
+        }
+        out += size;
+    }
+}
+
 } // namespace
 
 OverviewColours overviewColours(const clsTileSet& tileSet, const clsSpecialSet& specialSet) {
@@ -87,26 +122,35 @@ void clsLevelOverview::drawAll(const clsLevel& level, const OverviewColours& col
     }
     width_ = levelWidth_ * cellPixels_;
     height_ = levelHeight_ * cellPixels_;
-    pixels_.assign(std::size_t(width_) * std::size_t(height_), 0);
-    const std::size_t tileCount = colours.tiles.size();
+    // Every pixel is drawn below, so the old ones need no clearing.
+    pixels_.resize(std::size_t(width_) * std::size_t(height_));
     const auto rowBytes = std::size_t(width_) * sizeof(std::uint32_t);
     for (std::int32_t y = 0; y < levelHeight_; ++y) {
         const Cell* cells = level.cells().data() + std::size_t(y) * std::size_t(levelWidth_);
         std::uint32_t* row = pixels_.data() + std::size_t(y) * std::size_t(cellPixels_) * width_;
-        // One pixel row of the cells, then copies of it; the dots go on top.
-        std::uint32_t* out = row;
-        for (std::int32_t x = 0; x < levelWidth_; ++x) {
-            const auto tile = static_cast<std::size_t>(cells[x].tile);
-            const std::uint32_t colour = tile < tileCount ? colours.tiles[tile] : 0;
-            std::fill_n(out, cellPixels_, colour);
-            out += cellPixels_;
+        // One pixel row of the cells, then copies of it.
+        switch (cellPixels_) {
+        case 1:
+            fillCellRow<1>(cells, levelWidth_, row, colours);
+            break;
+        case 2:
+            fillCellRow<2>(cells, levelWidth_, row, colours);
+            break;
+        case 3:
+            fillCellRow<3>(cells, levelWidth_, row, colours);
+            break;
+        default:
+            fillCellRow<0>(cells, levelWidth_, row, colours, cellPixels_);
+            break;
         }
         for (std::int32_t copy = 1; copy < cellPixels_; ++copy) {
             std::memcpy(row + std::size_t(copy) * width_, row, rowBytes);
         }
-        for (std::int32_t x = 0; x < levelWidth_; ++x) {
-            if (cells[x].special != 0) {
-                drawDot(colours.specials[cells[x].special], x, y);
+        if (!dotFillsCell(cellPixels_)) {
+            for (std::int32_t x = 0; x < levelWidth_; ++x) {
+                if (cells[x].special != 0) {
+                    drawDot(colours.specials[cells[x].special], x, y);
+                }
             }
         }
     }
@@ -144,9 +188,7 @@ void clsLevelOverview::drawCell(const Cell& cell, const OverviewColours& colours
 }
 
 void clsLevelOverview::drawDot(std::uint32_t colour, std::int32_t x, std::int32_t y) {
-    // Small cells are filled whole so that a dot stays visible; larger ones
-    // keep a rim of the tile's colour.
-    const std::int32_t inset = cellPixels_ >= 4 ? cellPixels_ / 4 : 0;
+    const std::int32_t inset = dotFillsCell(cellPixels_) ? 0 : cellPixels_ / 4;
     const std::int32_t size = cellPixels_ - 2 * inset;
     std::uint32_t* corner = pixels_.data() +
                             (std::size_t(y) * std::size_t(cellPixels_) + inset) * width_ +
