@@ -61,12 +61,13 @@ void centreCamera(clsCamera& camera, std::int32_t x, std::int32_t y, std::int32_
 CellRange visibleCells(const clsCamera& camera, std::int32_t pitch, std::int32_t levelWidth,
                        std::int32_t levelHeight) {
     const std::int32_t step = std::max(pitch, 1);
-    const std::int32_t left = std::max(camera.x, 0) / step;
-    const std::int32_t top = std::max(camera.y, 0) / step;
+    const std::int32_t lastColumn = std::max(levelWidth - 1, 0);
+    const std::int32_t lastRow = std::max(levelHeight - 1, 0);
+    const std::int32_t left = std::min(std::max(camera.x, 0) / step, lastColumn);
+    const std::int32_t top = std::min(std::max(camera.y, 0) / step, lastRow);
     const std::int32_t right = (camera.x + camera.viewWidth - 1) / step;
     const std::int32_t bottom = (camera.y + camera.viewHeight - 1) / step;
-    return {left, top, std::clamp(right, left, std::max(levelWidth - 1, 0)),
-            std::clamp(bottom, top, std::max(levelHeight - 1, 0))};
+    return {left, top, std::clamp(right, left, lastColumn), std::clamp(bottom, top, lastRow)};
 }
 
 std::int32_t wheelPixels(std::int32_t delta, std::int32_t pitch) {
