@@ -11,6 +11,7 @@
 #include <QMainWindow>
 #include <QPoint>
 #include <QPointF>
+#include <QSize>
 
 #include <cstdint>
 #include <filesystem>
@@ -193,6 +194,8 @@ private:
 
     // Navigation (frmMainNavigation.cpp).
     void buildPanels();
+    // The room beside the panels changed: lay the level view out again.
+    void centralResized();
     void buildViewMenu();
     void togglePanel(PanelDock& dock);
     void restorePanels();
@@ -263,6 +266,8 @@ private:
     QPoint panCamera_;
     // The cell a chosen special lies in, outlined for a moment.
     std::optional<QPoint> highlightedCell_;
+    // The window's size when the room beside the panels last changed.
+    QSize sizeLaidOut_;
 
     bool alphaBlending_ = true;
     bool autoPlaceSpecials_ = true;

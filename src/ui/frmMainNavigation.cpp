@@ -25,6 +25,7 @@
 #include <QTimer>
 
 #include <cmath>
+#include <functional>
 
 namespace marvek {
 namespace {
@@ -33,6 +34,26 @@ namespace {
 const QString overviewName = "overview";
 const QString specialsName = "specials";
 constexpr int highlightMilliseconds = 1500;
+
+// Tells when a widget's size changes.
+class ResizeWatcher : public QObject {
+public:
+    ResizeWatcher(QWidget& watched, std::function<void()> resized)
+        : QObject(&watched), resized_(std::move(resized)) {
+        watched.installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Resize) {
+            resized_();
+        }
+        return false;
+    }
+
+private:
+    std::function<void()> resized_;
+};
 
 QScrollBar* levelScrollBar(Qt::Orientation orientation, const char* name, QWidget* parent) {
     auto* bar = new QScrollBar(orientation, parent);
@@ -45,6 +66,7 @@ QScrollBar* levelScrollBar(Qt::Orientation orientation, const char* name, QWidge
 
 void frmMain::buildPanels() {
     QWidget* central = centralWidget();
+    new ResizeWatcher(*central, [this] { centralResized(); });
     scrlLevelX_ = levelScrollBar(Qt::Horizontal, "scrlLevelX", central);
     scrlLevelY_ = levelScrollBar(Qt::Vertical, "scrlLevelY", central);
     connect(scrlLevelX_, &QScrollBar::valueChanged, this, &frmMain::scrollBarMoved);
@@ -81,6 +103,21 @@ void frmMain::buildPanels() {
         renderLevel();
     });
     goToCell_ = new frmGoToCell(this);
+}
+
+void frmMain::centralResized() {
+    // A resize of the window lays out in resizeEvent; what is left here is
+    // a panel shown, hidden or dragged larger, which the window never sees.
+    if (size() != sizeLaidOut_) {
+        sizeLaidOut_ = size();
+        return;
+    }
+    layOut();
+    if (opened_) {
+        createBuffers();
+        renderLevel();
+        renderPalette();
+    }
 }
 
 void frmMain::buildViewMenu() {
@@ -128,8 +165,7 @@ void frmMain::restorePanels() {
     // The overview needs little more than its picture; the list's columns
     // want the rest.
     resizeDocks({overviewDock_, specialsDock_},
-                {overview_->sizeHint().width(), specialsList_->sizeHint().width()},
-                Qt::Horizontal);
+                {overview_->sizeHint().width(), specialsList_->sizeHint().width()}, Qt::Horizontal);
     viewMenu_->sync();
 }
 

@@ -240,8 +240,13 @@ TEST_F(Navigation, TheViewMenuTogglesWithTheLettersAndKeepsItsChecksTrue) {
 TEST_F(Navigation, OpenPanelsAreKeptInTheSettingsAndSurviveTheOptionsDialog) {
     start();
     auto& overview = child<QDockWidget>(*window_, "dockOverview");
+    const int shortView = view().height();
     QTest::keyClick(&view(), Qt::Key_M);
+    QApplication::processEvents();
     EXPECT_FALSE(overview.isVisible());
+    // The level view takes the room the panel leaves.
+    EXPECT_GT(view().height(), shortView + 40);
+    EXPECT_EQ(window_->levelBuffer().height(), std::lrint((view().height() - 4) / 2.0));
     EXPECT_FALSE(action("itmViewOverview").isChecked());
     action("itmViewSpecialsList").trigger();
     clsConfiguration saved;
