@@ -3,6 +3,7 @@
 #include "data/CellBlock.h"
 #include "data/floodFill.h"
 #include "data/levelExport.h"
+#include "data/levelOverview.h"
 #include "graphics/clsBackBuffer.h"
 #include "graphics/clsCamera.h"
 #include "graphics/clsFont.h"
@@ -134,6 +135,33 @@ void benchRender(const OpenedLevel& world, const clsRenderOptions& options) {
     }
 }
 
+// The overview as the editor's panel draws it (two pixels a cell for a
+// standard level), whole and after a one-cell edit, against copying its
+// pixels.
+void benchOverview(const OpenedLevel& world) {
+    constexpr std::int32_t cellPixels = 2;
+    const OverviewColours colours = overviewColours(world.tileSet, world.specialSet);
+    clsLevelOverview overview;
+    overview.drawAll(world.level, colours, cellPixels);
+    const double whole = medianMicros([&] { overview.drawAll(world.level, colours, cellPixels); });
+    printFigure("overview-draw", whole, medianMicros(FrameCopy(overview.pixels().size())));
+    const CellRange middle{world.level.width / 2, world.level.height / 2, world.level.width / 2,
+                           world.level.height / 2};
+    // One cell is too quick for the clock alone: the figure is the mean of
+    // a thousand redraws.
+    constexpr int repeats = 1000;
+    const double cell = medianMicros([&] {
+                            for (int i = 0; i < repeats; ++i) {
+                                overview.drawCells(world.level, colours, middle);
+                            }
+                            keep(overview.pixels()[0]);
+                        }) /
+                        repeats;
+    std::printf("overview-cell: %.3f %.1f %.4f (one-cell redraw against the whole draw)\n", cell,
+                whole, cell / whole);
+    std::fflush(stdout);
+}
+
 std::vector<std::uint8_t> levelBytes(const OpenedLevel& world) {
     clsBitStream stream;
     stream.Create();
@@ -220,6 +248,7 @@ void runAll(const BenchArguments& parsed) {
     benchPresent("present-zoom1", 1);
     benchPresent("present-zoom2", 2);
     benchRender(world, options);
+    benchOverview(world);
     benchPackAndUnpack(levelBytes(world));
     benchBucketFill();
 }

@@ -13,9 +13,10 @@ int runDrawResources(const Arguments& arguments, const char* usage);
 int runExport(const Arguments& arguments, const char* usage);
 int runBench(const Arguments& arguments, const char* usage);
 int runGraphics(const Arguments& arguments, const char* usage);
+int runOverview(const Arguments& arguments, const char* usage);
 
 std::span<const Command> commands() {
-    static const std::array<Command, 8> table{{
+    static const std::array<Command, 9> table{{
         {"info", "info LEVEL", runInfo},
         {"pack", "pack IN OUT [--mode 0-11]", runPack},
         {"unpack", "unpack IN OUT", runUnpack},
@@ -24,6 +25,8 @@ std::span<const Command> commands() {
         {"export",
          "export LEVEL OUT --data DIR --config NAME [--tags a,b,...] [--all-specials] [--app DIR]",
          runExport},
+        {"overview", "overview LEVEL OUT.png --data DIR --config NAME [--cell 1-16] [--app DIR]",
+         runOverview},
         {"bench", "bench [--data DIR] [--app DIR]", runBench},
         {"graphics",
          "graphics export|import IN OUT --width W --height H --planes P [--offset N] [--count N] "

@@ -84,6 +84,8 @@ void PictureBox::mouseReleaseEvent(QMouseEvent* event) {
 
 void PictureBox::wheelEvent(QWheelEvent* event) {
     emit wheelTurned(event->angleDelta().y());
+    emit wheelScrolled(event->angleDelta().x(), event->angleDelta().y(),
+                       shiftOf(event->modifiers()));
     event->accept();
 }
 

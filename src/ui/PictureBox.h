@@ -31,6 +31,8 @@ signals:
     void pointerMoved(int buttons, int shift, float x, float y);
     void pointerReleased(int button, int shift, float x, float y);
     void wheelTurned(int delta);
+    // The whole turn: across and down, and the modifier mask.
+    void wheelScrolled(int dx, int dy, int shift);
     void pointerLeft();
 
 protected:

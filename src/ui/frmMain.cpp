@@ -11,6 +11,7 @@
 #include "ui/SelectTool.h"
 #include "ui/frmReplaceTile.h"
 #include "ui/windowPlacement.h"
+#include "ui/ViewMenu.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -63,6 +64,9 @@ void frmMain::buildWindow() {
     tabMode_->setDrawBase(false);
     picLevel_ = new PictureBox(central);
     picLevel_->setObjectName("picLevel");
+    // The view takes the keys, so that arrows reach the window before any
+    // panel's list or text field.
+    picLevel_->setFocusPolicy(Qt::StrongFocus);
     picPalette_ = new PictureBox(central);
     picPalette_->setObjectName("picPalette");
     picPalette_->resize(paletteWidth, picPalette_->height());
@@ -83,6 +87,7 @@ void frmMain::buildWindow() {
     connect(picPalette_, &PictureBox::pointerPressed, this, &frmMain::palettePressed);
     connect(picPalette_, &PictureBox::pointerMoved, this, &frmMain::paletteMoved);
     connect(picPalette_, &PictureBox::pointerReleased, this, &frmMain::paletteReleased);
+    buildPanels();
 }
 
 QAction* frmMain::addCommand(QMenu& menu, const char* name, const QString& caption,
@@ -123,6 +128,9 @@ void frmMain::buildMenus() {
     edit->addSeparator();
     connect(addCommand(*edit, "itmEditPalette", "&Palette..."), &QAction::triggered, this,
             &frmMain::editPalette);
+    connect(addCommand(*edit, "itmEditGoToCell", "&Go to Cell...", QKeySequence("Ctrl+G")),
+            &QAction::triggered, this, &frmMain::editGoToCell);
+    buildViewMenu();
     buildEditing(*edit);
 
     QMenu* tools = menuBar()->addMenu("&Tools");
@@ -161,13 +169,18 @@ void frmMain::layOut() {
     tabMode_->setGeometry(margin, margin, tabMode_->sizeHint().width(), tabHeight);
     const int top = margin + tabHeight;
     const int scrollWidth = scrlPalette_->sizeHint().width();
-    const int levelHeight = std::max(central->height() - top - margin, 1);
-    const int levelWidth =
-        std::max(central->width() - margin - (paletteWidth + scrollWidth + rightOfLevel), 1);
+    const int barHeight = scrlLevelX_->sizeHint().height();
+    const int barWidth = scrlLevelY_->sizeHint().width();
+    const int levelHeight = std::max(central->height() - top - margin - barHeight, 1);
+    const int levelWidth = std::max(
+        central->width() - margin - (paletteWidth + scrollWidth + rightOfLevel) - barWidth, 1);
     picLevel_->setGeometry(margin, top, levelWidth, levelHeight);
-    picPalette_->setGeometry(margin + levelWidth + margin, top, paletteWidth, levelHeight);
+    scrlLevelX_->setGeometry(margin, top + levelHeight, levelWidth, barHeight);
+    scrlLevelY_->setGeometry(margin + levelWidth, top, barWidth, levelHeight);
+    picPalette_->setGeometry(margin + levelWidth + barWidth + margin, top, paletteWidth,
+                             levelHeight);
     scrlPalette_->setGeometry(picPalette_->x() + paletteWidth, top + 1, scrollWidth,
-                              std::max(levelHeight - 2, 1));
+                              std::max(picPalette_->height() - 2, 1));
 }
 
 void frmMain::keyPressEvent(QKeyEvent* event) {
@@ -183,34 +196,20 @@ void frmMain::keyPressEvent(QKeyEvent* event) {
         escapeToBrush();
         return;
     }
+    if (navigateByKey(*event)) {
+        return;
+    }
     const QString typed = event->text().toUpper();
+    // B, O, U, G, Z, M: the View menu's toggles, which the menu runs too.
+    if (viewMenu_->runKey(typed)) {
+        return;
+    }
     if (typed == "P") {
         chooseTool(Tool::brush);
     } else if (typed == "F") {
         chooseTool(Tool::bucketFill);
     } else if (typed == "R") {
         chooseTool(Tool::select);
-    } else if (typed == "B") {
-        toggleRenderFlag(renderFlags::outlines);
-    } else if (typed == "O") {
-        toggleRenderFlag(renderFlags::oversizeMarks);
-    } else if (typed == "U") {
-        toggleRenderFlag(renderFlags::undefinedIds);
-    } else if (typed == "G") {
-        renderFlags_ ^= renderFlags::clear;
-        if (opened_) {
-            const std::int32_t before = opened_->level.tileSpacing;
-            opened_->level.tileSpacing = (renderFlags_ & renderFlags::clear) != 0 ? 17 : 16;
-            levelCamera_.changePitch(before, opened_->level.tileSpacing);
-            createBuffers();
-        }
-        renderLevel();
-    } else if (typed == "Z") {
-        zoomed_ = !zoomed_;
-        if (opened_) {
-            createBuffers();
-        }
-        renderLevel();
     } else if (typed == "T") {
         tabMode_->setCurrentIndex(0);
     } else if (typed == "S") {
@@ -239,6 +238,25 @@ void frmMain::releaseModifiers() {
 
 void frmMain::toggleRenderFlag(std::int32_t flag) {
     renderFlags_ ^= flag;
+    renderLevel();
+}
+
+void frmMain::toggleGrid() {
+    renderFlags_ ^= renderFlags::clear;
+    if (opened_) {
+        const std::int32_t before = opened_->level.tileSpacing;
+        opened_->level.tileSpacing = (renderFlags_ & renderFlags::clear) != 0 ? 17 : 16;
+        levelCamera_.changePitch(before, opened_->level.tileSpacing);
+        createBuffers();
+    }
+    renderLevel();
+}
+
+void frmMain::toggleZoom() {
+    zoomed_ = !zoomed_;
+    if (opened_) {
+        createBuffers();
+    }
     renderLevel();
 }
 

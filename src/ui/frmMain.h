@@ -11,6 +11,8 @@
 
 #include <QMainWindow>
 #include <QPoint>
+#include <QPointF>
+#include <QSize>
 
 #include <array>
 #include <cstdint>
@@ -24,6 +26,7 @@ class QAction;
 class QLabel;
 class QScrollBar;
 class QTabBar;
+class QTimer;
 
 namespace marvek {
 
@@ -46,6 +49,12 @@ class SelectTool;
 class HistoryPanel;
 class frmReplaceTile;
 struct ToolContext;
+class OverviewPanel;
+class PanelDock;
+class SpecialsListPanel;
+class ViewMenu;
+class frmGoToCell;
+enum class ViewStep;
 
 // The dialogs the main window opens; they live as long as it does.
 struct MainDialogs {
@@ -156,6 +165,11 @@ public:
     void toolsBenchmark();
     void aboutFAQ();
     void helpAbout();
+    // Finding one's way (frmMainNavigation.cpp).
+    void editGoToCell();
+    // Puts cell (x, y) in the middle of the level view, as far as it goes.
+    void centreView(int x, int y);
+    ViewMenu& viewMenu() noexcept { return *viewMenu_; }
     // The benchmark's clock in milliseconds; tests give it a scripted one.
     void setTickClock(TickClock clock) { tickClock_ = std::move(clock); }
 
@@ -203,6 +217,8 @@ private:
 
     void selectMode(int tabIndex);
     void toggleRenderFlag(std::int32_t flag);
+    void toggleGrid();
+    void toggleZoom();
     void wheelOverPalette(int delta);
     // What letting go of Shift or Ctrl does; menu commands start with it.
     void releaseModifiers();
@@ -229,6 +245,29 @@ private:
     QPoint paletteCellAt(float x, float y) const;
     void showCellStatus();
 
+    // Navigation (frmMainNavigation.cpp).
+    void buildPanels();
+    // The room beside the panels changed: lay the level view out again.
+    void centralResized();
+    void buildViewMenu();
+    void togglePanel(PanelDock& dock);
+    void restorePanels();
+    void savePanels();
+    bool navigateByKey(const QKeyEvent& event);
+    void stepView(ViewStep step);
+    void scrollByWheel(int dx, int dy, int shift);
+    void scrollBarMoved();
+    void startPan(float x, float y);
+    void panTo(float x, float y);
+    void chooseListedCell(int x, int y);
+    // A level opened or its graphics changed: the panels start anew.
+    void showLevelInPanels();
+    // After each drawing of the level: the scroll bars, the overview, the
+    // specials list and the check marks follow.
+    void refreshNavigation();
+    // Marks drawn over the level view before it is shown.
+    void drawNavigationMarks();
+
     SharedObjects& shared_;
     MainDialogs dialogs_;
 
@@ -252,6 +291,16 @@ private:
     // Brush, Bucket Fill, Select: checked as the tool is chosen.
     std::array<QAction*, 3> toolActions_{};
     std::optional<CellBlock> brushCells_;
+    QScrollBar* scrlLevelX_ = nullptr;
+    QScrollBar* scrlLevelY_ = nullptr;
+    PanelDock* overviewDock_ = nullptr;
+    PanelDock* specialsDock_ = nullptr;
+    OverviewPanel* overview_ = nullptr;
+    SpecialsListPanel* specialsList_ = nullptr;
+    ViewMenu* viewMenu_ = nullptr;
+    frmGoToCell* goToCell_ = nullptr;
+    QLabel* lblViewRange_ = nullptr;
+    QTimer* highlightTimer_ = nullptr;
 
     std::unique_ptr<OpenedLevel> opened_;
     UndoHistory history_;
@@ -279,6 +328,14 @@ private:
     // Where the screen cursor stays during a scroll drag.
     QPoint dragStart_;
     TickClock tickClock_ = steadyTicks;
+    // A middle drag: where it began, and the camera then.
+    bool panning_ = false;
+    QPointF panStart_;
+    QPoint panCamera_;
+    // The cell a chosen special lies in, outlined for a moment.
+    std::optional<QPoint> highlightedCell_;
+    // The window's size when the room beside the panels last changed.
+    QSize sizeLaidOut_;
 
     bool alphaBlending_ = true;
     bool autoPlaceSpecials_ = true;

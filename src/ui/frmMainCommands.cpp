@@ -193,6 +193,7 @@ void frmMain::editPalette() {
     dialogs_.status.hideStatus();
     opened_->level.modified = true;
     updateCommands();
+    showLevelInPanels();
     renderLevel();
     renderPalette();
 }

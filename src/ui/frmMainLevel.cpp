@@ -35,6 +35,7 @@ std::int32_t rounded(double value) {
 
 bool frmMain::initialLoad() {
     loadOptions();
+    restorePanels();
     const clsConfiguration& settings = shared_.settings;
     const std::filesystem::path level =
         toPath(toQString(settingText(settings, settingKey::thornwickData, {}))) /
@@ -49,11 +50,15 @@ bool frmMain::initialLoad() {
         return false;
     }
     showNewLevel();
+    // Without a window manager nobody hands the window the keyboard, and
+    // menu shortcuts only work in the active window.
+    activateWindow();
     return true;
 }
 
 void frmMain::showNewLevel() {
     resetEditState();
+    showLevelInPanels();
     createBuffers();
     renderLevel();
     renderPalette();
@@ -235,7 +240,9 @@ void frmMain::renderLevel() {
     if (selectionVisible_) {
         level.renderTileRect(levelBuffer_, levelCamera_, selection_, alphaBlending_);
     }
+    drawNavigationMarks();
     levelBuffer_.Present(*picLevel_);
+    refreshNavigation();
 }
 
 void frmMain::renderPalette() {

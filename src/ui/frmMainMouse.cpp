@@ -21,6 +21,7 @@ namespace {
 // Mouse buttons and modifier masks as the picture boxes report them.
 constexpr int leftButton = 1;
 constexpr int rightButton = 2;
+constexpr int middleButton = 4;
 constexpr int shiftMask = 1;
 constexpr int ctrlMask = 2;
 
@@ -63,6 +64,10 @@ void frmMain::levelPressed(int button, int shift, float x, float y) {
     }
     mouseX_ = std::nearbyint(x);
     mouseY_ = std::nearbyint(y);
+    if (button == middleButton) {
+        startPan(x, y);
+        return;
+    }
     if (button == rightButton && dragState_ == 0) {
         dragState_ = scrolling;
         dragStart_ = shared_.cursor->pos();
@@ -109,7 +114,9 @@ void frmMain::levelMoved(int buttons, int shift, float x, float y) {
         return;
     }
     const bool leftHeld = (buttons & leftButton) != 0;
-    if (dragState_ == scrolling) {
+    if (panning_) {
+        panTo(x, y);
+    } else if (dragState_ == scrolling) {
         scrollDrag();
     } else if (leftHeld && toolDragOn()) {
         ToolContext context = toolContext(shift, x, y);
@@ -125,6 +132,14 @@ void frmMain::levelMoved(int buttons, int shift, float x, float y) {
 }
 
 void frmMain::levelReleased(int button, int shift, float x, float y) {
+    if (button == middleButton) {
+        // A pan ends on its own; a drag of another button goes on.
+        panning_ = false;
+        if (dragState_ == 0) {
+            picLevel_->unsetCursor();
+        }
+        return;
+    }
     const std::int32_t state = dragState_;
     if (button == rightButton && state == scrolling) {
         // The gesture's work was done as the pointer moved.

@@ -172,7 +172,7 @@ TEST_F(Export, BenchPrintsEveryFigureAsOursReferenceAndRatio) {
         }
         EXPECT_THAT(names, ElementsAre("blit-frame", "present-zoom1", "present-zoom2",
                                        "render-tiles", "render-specials", "render-all",
-                                       "pack-level", "unpack", "bucket-fill"));
+                                       "overview-draw", "overview-cell", "pack-level", "unpack", "bucket-fill"));
     }
 }
 
