@@ -5,6 +5,7 @@
 
 #include <QListWidget>
 #include <QSignalBlocker>
+#include <QVBoxLayout>
 
 namespace marvek {
 namespace {
@@ -14,14 +15,15 @@ constexpr auto otherMark = "    ";
 
 } // namespace
 
-HistoryPanel::HistoryPanel(QWidget* parent) : QDockWidget("History", parent) {
-    setObjectName("dockHistory");
+HistoryPanel::HistoryPanel(QWidget* parent) : QWidget(parent) {
     lstHistory_ = new QListWidget(this);
     lstHistory_->setObjectName("lstHistory");
     // The editor's letter keys must keep reaching the main window.
     lstHistory_->setFocusPolicy(Qt::NoFocus);
     setFocusPolicy(Qt::NoFocus);
-    setWidget(lstHistory_);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(lstHistory_);
     connect(lstHistory_, &QListWidget::itemClicked, this,
             [this](QListWidgetItem* item) { emit entryChosen(lstHistory_->row(item)); });
 }

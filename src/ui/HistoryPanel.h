@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDockWidget>
+#include <QWidget>
 
 class QListWidget;
 
@@ -8,10 +8,10 @@ namespace marvek {
 
 class UndoHistory;
 
-// The History dock: the level's state before any kept step, then every
+// The History panel: the level's state before any kept step, then every
 // named step, oldest first; the current state is marked. Clicking an entry
 // asks for the level as it was there.
-class HistoryPanel : public QDockWidget {
+class HistoryPanel : public QWidget {
     Q_OBJECT
 
 public:

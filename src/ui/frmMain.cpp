@@ -9,9 +9,9 @@
 #include "ui/HistoryPanel.h"
 #include "ui/PictureBox.h"
 #include "ui/SelectTool.h"
+#include "ui/ViewMenu.h"
 #include "ui/frmReplaceTile.h"
 #include "ui/windowPlacement.h"
-#include "ui/ViewMenu.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>

@@ -177,7 +177,6 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -295,6 +294,7 @@ private:
     QScrollBar* scrlLevelY_ = nullptr;
     PanelDock* overviewDock_ = nullptr;
     PanelDock* specialsDock_ = nullptr;
+    PanelDock* historyDock_ = nullptr;
     OverviewPanel* overview_ = nullptr;
     SpecialsListPanel* specialsList_ = nullptr;
     ViewMenu* viewMenu_ = nullptr;

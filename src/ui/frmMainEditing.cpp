@@ -12,6 +12,7 @@
 #include "ui/BrushTool.h"
 #include "ui/BucketFillTool.h"
 #include "ui/HistoryPanel.h"
+#include "ui/PanelDock.h"
 #include "ui/SelectTool.h"
 #include "ui/frmReplaceTile.h"
 #include "ui/systemClipboard.h"
@@ -82,8 +83,6 @@ void frmMain::buildEditing(QMenu& edit) {
     lblTool_ = new QLabel(this);
     lblTool_->setObjectName("lblTool");
     statusBar()->addPermanentWidget(lblTool_);
-    centralWidget()->installEventFilter(this);
-    buildHistoryDock();
     chooseTool(Tool::brush);
 }
 
@@ -110,35 +109,12 @@ void frmMain::buildToolActions(QMenu& edit) {
 }
 
 void frmMain::buildHistoryDock() {
-    historyPanel_ = new HistoryPanel(this);
-    addDockWidget(Qt::RightDockWidgetArea, historyPanel_);
-    historyPanel_->hide();
+    historyDock_ = new PanelDock("History", "dockHistory", this);
+    historyPanel_ = new HistoryPanel(historyDock_);
+    historyDock_->setWidget(historyPanel_);
+    addDockWidget(Qt::RightDockWidgetArea, historyDock_);
+    historyDock_->hide();
     connect(historyPanel_, &HistoryPanel::entryChosen, this, &frmMain::goToHistoryEntry);
-    // The View menu sits after Edit; the History item joins it.
-    auto* view = menuBar()->findChild<QMenu*>("mnuView");
-    if (view == nullptr) {
-        view = new QMenu("&View", menuBar());
-        view->setObjectName("mnuView");
-        const auto* tools = menuBar()->findChild<QMenu*>("mnuTools");
-        menuBar()->insertMenu(tools != nullptr ? tools->menuAction() : nullptr, view);
-    }
-    QAction* toggle = historyPanel_->toggleViewAction();
-    toggle->setObjectName("itmViewHistory");
-    toggle->setText("&History");
-    view->addAction(toggle);
-}
-
-bool frmMain::eventFilter(QObject* watched, QEvent* event) {
-    // A dock shown or hidden resizes the level's area, not the window.
-    if (watched == centralWidget() && event->type() == QEvent::Resize) {
-        layOut();
-        if (opened_) {
-            createBuffers();
-            renderLevel();
-            renderPalette();
-        }
-    }
-    return QMainWindow::eventFilter(watched, event);
 }
 
 LevelTool& frmMain::activeTool() const {

@@ -33,6 +33,7 @@ namespace {
 // Names of the panels in the settings.
 const QString overviewName = "overview";
 const QString specialsName = "specials";
+const QString historyName = "history";
 constexpr int highlightMilliseconds = 1500;
 
 // Tells when a widget's size changes.
@@ -83,7 +84,8 @@ void frmMain::buildPanels() {
     addDockWidget(Qt::BottomDockWidgetArea, specialsDock_);
     splitDockWidget(overviewDock_, specialsDock_, Qt::Horizontal);
     specialsDock_->hide();
-    for (PanelDock* dock : {overviewDock_, specialsDock_}) {
+    buildHistoryDock();
+    for (PanelDock* dock : {overviewDock_, specialsDock_, historyDock_}) {
         dock->setFocusPolicy(Qt::NoFocus);
         connect(dock, &PanelDock::closedByUser, this, [this] {
             savePanels();
@@ -146,6 +148,9 @@ void frmMain::buildViewMenu() {
     viewMenu_->addToggle(
         "itmViewSpecialsList", "&Specials List", QString(), [this] { togglePanel(*specialsDock_); },
         [this] { return !specialsDock_->isHidden(); });
+    viewMenu_->addToggle(
+        "itmViewHistory", "&History", QString(), [this] { togglePanel(*historyDock_); },
+        [this] { return !historyDock_->isHidden(); });
 }
 
 void frmMain::togglePanel(PanelDock& dock) {
@@ -162,6 +167,7 @@ void frmMain::restorePanels() {
             : QStringList{overviewName};
     overviewDock_->setVisible(open.contains(overviewName));
     specialsDock_->setVisible(open.contains(specialsName));
+    historyDock_->setVisible(open.contains(historyName));
     // The overview needs little more than its picture; the list's columns
     // want the rest.
     resizeDocks({overviewDock_, specialsDock_},
@@ -176,6 +182,9 @@ void frmMain::savePanels() {
     }
     if (!specialsDock_->isHidden()) {
         open << specialsName;
+    }
+    if (!historyDock_->isHidden()) {
+        open << historyName;
     }
     shared_.settings.WriteSetting(settingKey::openPanels, open.join(',').toStdString(), false);
     try {

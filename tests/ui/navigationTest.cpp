@@ -265,6 +265,12 @@ TEST_F(Navigation, OpenPanelsAreKeptInTheSettingsAndSurviveTheOptionsDialog) {
     clsConfiguration closed;
     closed.LoadConfiguration(settingsFile());
     EXPECT_EQ(std::get<std::string>(closed.ReadSetting("openPanels", 0, false)), "");
+
+    action("itmViewHistory").trigger();
+    EXPECT_TRUE(action("itmViewHistory").isChecked());
+    clsConfiguration withHistory;
+    withHistory.LoadConfiguration(settingsFile());
+    EXPECT_EQ(std::get<std::string>(withHistory.ReadSetting("openPanels", 0, false)), "history");
 }
 
 TEST_F(Navigation, TheSpecialsListHasARowPerPlacedSpecialAndARowMovesTheView) {
