@@ -28,8 +28,7 @@ bool loadSettings(SharedObjects& shared, StartupWindows& windows) {
     if (fs::exists(shared.settingsFile(), error)) {
         shared.settings.LoadConfiguration(shared.settingsFile());
         requireSetting(shared, settingKey::thornwickData);
-        shared.dialogs->setLastFolder(
-            toQString(settingText(shared.settings, settingKey::thornwickData, {})));
+        shared.dialogs->setLastFolder(toQString(shared.dataFolder()));
         return true;
     }
     shared.messages->show(nullptr, firstRunMessage, messageStyle::information);
@@ -38,7 +37,7 @@ bool loadSettings(SharedObjects& shared, StartupWindows& windows) {
 }
 
 bool dataFolderExists(const SharedObjects& shared) {
-    const std::string folder = settingText(shared.settings, settingKey::thornwickData, {});
+    const std::filesystem::path folder = shared.dataFolder();
     std::error_code error;
     return !folder.empty() && fs::is_directory(folder, error);
 }
