@@ -31,12 +31,23 @@ std::int32_t rounded(double value) {
 bool frmMain::initialLoad() {
     loadOptions();
     const clsConfiguration& settings = shared_.settings;
-    const std::filesystem::path level =
-        toPath(toQString(settingText(settings, settingKey::thornwickData, {}))) /
-        settingText(settings, settingKey::defaultLevel, {});
+    const QString defaultConfig = toQString(settingText(settings, settingKey::defaultConfig, {}));
     QString failure;
-    if (!useConfig(level, toQString(settingText(settings, settingKey::defaultConfig, {})),
-                   dialogs_.openLevel.loadUnknown(), &failure)) {
+    if (shared_.startupLevel) {
+        const QString config =
+            shared_.startupConfiguration ? toQString(*shared_.startupConfiguration) : defaultConfig;
+        if (useConfig(*shared_.startupLevel, config, dialogs_.openLevel.loadUnknown(), &failure)) {
+            showNewLevel();
+            rememberRecent(*shared_.startupLevel, config);
+            return true;
+        }
+        // The default level still opens, so the editor is there to try again.
+        shared_.messages->show(this, "The level could not be opened.\n\n" + failure,
+                               messageStyle::exclamation);
+    }
+    const std::filesystem::path level =
+        shared_.dataFolder() / settingText(settings, settingKey::defaultLevel, {});
+    if (!useConfig(level, defaultConfig, dialogs_.openLevel.loadUnknown(), &failure)) {
         shared_.messages->show(this, defaultLevelMessage + "\n\n" + failure,
                                messageStyle::exclamation);
         return false;
@@ -52,8 +63,8 @@ void frmMain::showNewLevel() {
     renderPalette();
 }
 
-bool frmMain::useConfig(const std::filesystem::path& levelFile, const QString& configuration,
-                        bool loadUnknown, QString* failure) {
+bool frmMain::openWithConfig(const std::filesystem::path& levelFile, const QString& configuration,
+                             bool loadUnknown, QString* failure) {
     dialogs_.status.setStatus(QString());
     setEnabled(false);
     // The window comes back and the notice goes on every path.
@@ -67,7 +78,7 @@ bool frmMain::useConfig(const std::filesystem::path& levelFile, const QString& c
 
     OpenLevelRequest request;
     request.applicationFolder = shared_.applicationFolder;
-    request.dataFolder = settingText(shared_.settings, settingKey::thornwickData, {});
+    request.dataFolder = shared_.dataFolder();
     request.levelFile = levelFile;
     request.configuration = configuration.toStdString();
     request.loadUnknownSpecials = loadUnknown;
