@@ -12,8 +12,6 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -139,15 +137,6 @@ TEST(ProgramFolders, AnInstalledCopyKeepsSettingsAndDataInTheUsersHome) {
     EXPECT_EQ(provideSampleData(folders), copy);
     const auto edited = readBytes(copy / "L1MA1");
     EXPECT_EQ(std::string(edited.begin(), edited.end()), "edited");
-}
-
-TEST(ProgramFolders, AFolderWithoutWriteAccessIsSeenAsSuch) {
-    if (geteuid() == 0) {
-        GTEST_SKIP() << "the super-user may write any folder";
-    }
-    InstalledTree tree;
-    EXPECT_FALSE(isWritableFolder(tree.bin));
-    EXPECT_TRUE(isWritableFolder(tree.root.path()));
 }
 
 TEST(CommandLine, TheLevelItsConfigurationAndTheDataFolder) {
