@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <memory>
+#include <string>
+#include <variant>
 
 namespace marvek {
 namespace {

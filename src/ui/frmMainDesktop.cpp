@@ -20,6 +20,7 @@
 #include <QStatusBar>
 
 #include <exception>
+#include <optional>
 #include <system_error>
 
 namespace marvek {
