@@ -11,6 +11,34 @@ ParsedCommandLine ending(int status, const QString& text, bool toStandardError) 
     return {std::nullopt, {status, text, toStandardError}};
 }
 
+// The options Qt's application object takes for itself (-platform xcb,
+// -style fusion, ...): left to it, so they pass here unseen.
+QStringList withoutQtOptions(const QStringList& arguments) {
+    static const QStringList withValue = {
+        "platform", "platformpluginpath", "platformtheme", "plugin",      "qwindowgeometry",
+        "geometry", "qwindowtitle",       "title",         "qwindowicon", "icon",
+        "style",    "stylesheet",         "display",       "name",        "session"};
+    static const QStringList switches = {"reverse", "widgetcount", "nograb", "dograb", "sync"};
+    QStringList kept;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString& argument = arguments[i];
+        if (argument == "--") {
+            kept << arguments.mid(i);
+            break;
+        }
+        // Qt spells its options with one dash, and accepts two.
+        const QString name = argument.startsWith("--")  ? argument.mid(2)
+                             : argument.startsWith('-') ? argument.mid(1)
+                                                        : QString();
+        if (i > 0 && withValue.contains(name) && i + 1 < arguments.size()) {
+            ++i;
+        } else if (i == 0 || !switches.contains(name)) {
+            kept << argument;
+        }
+    }
+    return kept;
+}
+
 ParsedCommandLine mistake(const QString& what) {
     return ending(exitBadArguments, "marvek: " + what + "\n" + commandLineUsage + "\n", true);
 }
@@ -34,7 +62,7 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments, const QString& 
     parser.addOptions({config, data, help, showVersion});
     parser.addPositionalArgument("LEVEL", "A level file to open at start-up.", "[LEVEL]");
 
-    if (!parser.parse(arguments)) {
+    if (!parser.parse(withoutQtOptions(arguments))) {
         return mistake(parser.errorText());
     }
     if (parser.isSet(help)) {

@@ -159,6 +159,12 @@ TEST(CommandLine, TheLevelItsConfigurationAndTheDataFolder) {
     ASSERT_TRUE(dashed.run);
     EXPECT_EQ(dashed.run->level, fs::path("-odd"));
 
+    // Qt's own options are the application object's.
+    const auto withQt = parseCommandLine(
+        {"marvek", "-platform", "offscreen", "L1MA2", "-reverse", "--style", "fusion"}, version);
+    ASSERT_TRUE(withQt.run);
+    EXPECT_EQ(withQt.run->level, fs::path("L1MA2"));
+
     const auto help = parseCommandLine({"marvek", "--help"}, version);
     EXPECT_FALSE(help.run);
     EXPECT_EQ(help.exit.status, 0);
