@@ -81,6 +81,8 @@ void frmMain::offerRecovery() {
     const QString question = "Marvek kept unsaved changes to " + toQString(levelFile.filename()) +
                              " from " + copy.lastModified().toString("yyyy-MM-dd HH:mm:ss") +
                              ". Open them?";
+    // The saved level stands behind the question.
+    showNewLevel();
     if (shared_.messages->show(this, question, messageStyle::yesNoQuestion) != messageAnswer::yes) {
         return;
     }
