@@ -4,7 +4,7 @@ FUZZ_SECONDS ?= 60
 GENERATOR := $(shell command -v ninja >/dev/null 2>&1 && echo -G Ninja)
 CTEST := ctest --output-on-failure -j $(JOBS)
 
-.PHONY: deps build run test test-asan bench fuzz format clean
+.PHONY: deps build run test test-asan package bench fuzz format clean
 
 deps:
 	@scripts/install-deps
@@ -26,7 +26,13 @@ run:
 
 test: build
 	$(CTEST) --test-dir build
+	$(MAKE) --no-print-directory package
+	scripts/check-package build --lintian
 	$(MAKE) --no-print-directory test-asan
+
+# The Debian package, build/marvek_VERSION_ARCH.deb.
+package: build
+	cd build && cpack -G DEB
 
 test-asan: deps
 	cmake -S . -B build-asan $(GENERATOR) -DCMAKE_BUILD_TYPE=Debug -DMARVEK_SANITIZE=ON -DMARVEK_BENCH=OFF

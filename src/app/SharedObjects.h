@@ -10,6 +10,8 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <string>
 #include <utility>
 
 namespace marvek {
@@ -21,7 +23,20 @@ struct SharedObjects {
         : applicationFolder(std::move(folder)), utils(applicationFolder),
           dialogs(std::move(commonDialog)), messages(std::move(messageBox)) {}
 
-    std::filesystem::path settingsFile() const { return applicationFolder / settingsFileName; }
+    std::filesystem::path settingsFile() const {
+        return settingsLocation.empty() ? applicationFolder / settingsFileName : settingsLocation;
+    }
+    // The game's data folder: this run's from the command line, else the
+    // settings' one.
+    std::filesystem::path dataFolder() const {
+        return runDataFolder
+                   ? *runDataFolder
+                   : std::filesystem::path(settingText(settings, settingKey::thornwickData, {}));
+    }
+    // The sample data the options offer while no data folder is set.
+    std::optional<std::filesystem::path> offeredSampleData() const {
+        return sampleData ? sampleData : bundledSampleData(applicationFolder);
+    }
 
     // The executable's folder: configurations, fonts, palettes, help.
     std::filesystem::path applicationFolder;
@@ -32,6 +47,17 @@ struct SharedObjects {
     // Tests put a scripted one in its place.
     std::unique_ptr<clsScreenCursor> cursor = std::make_unique<QtScreenCursor>();
     clsFont editorFont;
+
+    // An installed copy keeps its settings and sample data in the user's
+    // folders; empty and unset, both lie beside the program.
+    std::filesystem::path settingsLocation;
+    std::optional<std::filesystem::path> sampleData;
+    // From the command line: the data folder for this run (never written to
+    // the settings), and a level to open at start-up instead of the default,
+    // with its configuration when one was named.
+    std::optional<std::filesystem::path> runDataFolder;
+    std::optional<std::filesystem::path> startupLevel;
+    std::optional<std::string> startupConfiguration;
 };
 
 } // namespace marvek

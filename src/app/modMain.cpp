@@ -36,7 +36,7 @@ bool loadSettings(SharedObjects& shared, StartupWindows& windows) {
 }
 
 bool dataFolderExists(const SharedObjects& shared) {
-    const std::string folder = settingText(shared.settings, settingKey::thornwickData, {});
+    const std::filesystem::path folder = shared.dataFolder();
     std::error_code error;
     return !folder.empty() && fs::is_directory(folder, error);
 }
@@ -54,8 +54,7 @@ bool ensureDataFolder(SharedObjects& shared, StartupWindows& windows) {
 
 // File dialogs open in the data folder until the user chooses another.
 void seedLastFolder(SharedObjects& shared) {
-    shared.dialogs->setLastFolder(
-        toQString(settingText(shared.settings, settingKey::thornwickData, {})));
+    shared.dialogs->setLastFolder(toQString(shared.dataFolder()));
 }
 
 void loadEditorFont(SharedObjects& shared) {

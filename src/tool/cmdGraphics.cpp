@@ -4,6 +4,7 @@
 #include "graphics/pictureCodec.h"
 #include "graphics/pictureFiles.h"
 #include "io/FileError.h"
+#include "io/programFolders.h"
 #include "tool/commands.h"
 #include "tool/executableFolder.h"
 
@@ -23,7 +24,7 @@ struct GraphicsArguments {
     fs::path output;
     PictureFormat format;
     std::string palette = "Grey";
-    fs::path applicationFolder = executableFolder();
+    fs::path applicationFolder = findResourceFolder(executableFolder());
 };
 
 struct NumberOption {

@@ -147,7 +147,7 @@ void frmGraphics::fillLists() {
     }
     const QSignalBlocker quiet(lstFiles_);
     lstFiles_->clear();
-    const auto dataFolder = settingText(shared_.settings, settingKey::thornwickData, {});
+    const std::filesystem::path dataFolder = shared_.dataFolder();
     for (const std::string& name : listDataFiles(dataFolder)) {
         lstFiles_->addItem(toQString(name));
     }
@@ -179,9 +179,9 @@ void frmGraphics::loadSelectedFile() {
     loaded_ = false;
     const QString name = selectedFile();
     if (!name.isEmpty()) {
-        const auto dataFolder = settingText(shared_.settings, settingKey::thornwickData, {});
+        const std::filesystem::path dataFolder = shared_.dataFolder();
         try {
-            bytes_ = readPictureFile(std::filesystem::path(dataFolder) / name.toStdString());
+            bytes_ = readPictureFile(dataFolder / name.toStdString());
             loaded_ = true;
         } catch (const std::exception& error) {
             shared_.messages->show(this, QString::fromStdString(error.what()),
@@ -257,8 +257,8 @@ void frmGraphics::importPicture() {
     if (chosen.empty()) {
         return;
     }
-    const auto dataFolder = settingText(shared_.settings, settingKey::thornwickData, {});
-    const std::filesystem::path target = std::filesystem::path(dataFolder) / name.toStdString();
+    const std::filesystem::path dataFolder = shared_.dataFolder();
+    const std::filesystem::path target = dataFolder / name.toStdString();
     const std::filesystem::path bitmap = toPath(chosen.begin()->second);
     const PaletteChoice& choice = choices_[static_cast<std::size_t>(cmbPalette_->currentIndex())];
     ImportResult result;

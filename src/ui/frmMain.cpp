@@ -2,6 +2,7 @@
 #include "ui/frmMain.h"
 
 #include "app/SharedObjects.h"
+#include "app/autosave.h"
 #include "app/clsMessageBox.h"
 #include "data/openLevel.h"
 #include "ui/BrushTool.h"
@@ -45,6 +46,7 @@ frmMain::frmMain(SharedObjects& shared, MainDialogs dialogs, QWidget* parent)
     setWindowTitle(QString(applicationTitle) + "[*]");
     buildWindow();
     buildMenus();
+    buildDesktopSupport();
     statusBar()->setObjectName("statusBar");
     fitToScreen(*this, QSize(1280, 800));
     updateCommands();

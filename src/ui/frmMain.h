@@ -15,6 +15,7 @@
 #include <QSize>
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -55,6 +56,9 @@ class SpecialsListPanel;
 class ViewMenu;
 class frmGoToCell;
 enum class ViewStep;
+class RecentLevelsMenu;
+class Autosave;
+class SingleShotTimer;
 
 // The dialogs the main window opens; they live as long as it does.
 struct MainDialogs {
@@ -83,9 +87,10 @@ public:
     // Opens the default level of the settings; false, after telling the
     // user, when it does not load.
     bool initialLoad();
-    // Opens a level with a level configuration. On failure the open level,
-    // its edits and its history stay as they were, and failure (when given)
-    // says which file and why.
+    // Opens a level with a level configuration, and offers the level's
+    // unsaved work when a crash or a kill left some. On failure the open
+    // level, its edits and its history stay as they were, and failure (when
+    // given) says which file and why.
     bool useConfig(const std::filesystem::path& levelFile, const QString& configuration,
                    bool loadUnknown, QString* failure = nullptr);
 
@@ -151,6 +156,14 @@ public:
     // The file commands, as the menu runs them. Each returns true when it
     // went through (false: cancelled or failed, and the user was told).
     bool fileOpen();
+    // A level file from outside (dropped on the window): opened as File >
+    // Open would open it, after its dialog.
+    bool openLevelFile(const std::filesystem::path& file);
+    // File > Recent Levels: opens the entry with its configuration, or drops
+    // it from the list, telling the user, when the file is gone.
+    bool openRecentLevel(std::size_t index);
+    // The recovery copy's timer; tests give a scripted one.
+    void setAutosaveTimer(std::unique_ptr<SingleShotTimer> timer);
     bool fileSave();
     bool fileSaveAs();
     void editUndo();
@@ -178,6 +191,8 @@ protected:
     void keyReleaseEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void buildWindow();
@@ -198,6 +213,21 @@ private:
     bool copySelectionToClipboard();
 
     void loadOptions();
+    bool openWithConfig(const std::filesystem::path& levelFile, const QString& configuration,
+                        bool loadUnknown, QString* failure);
+    // After the file dialog of Open: the configuration, then the level.
+    bool openChosenLevel(const std::filesystem::path& file);
+
+    // The desktop around the editor (frmMainDesktop.cpp): recent levels,
+    // dropped files, the recovery copy.
+    void buildDesktopSupport();
+    void rememberRecent(const std::filesystem::path& file, const QString& configuration);
+    void showRecentLevels();
+    void saveRecentLevels();
+    void offerRecovery();
+    void keepRecoveryCopy();
+    // The work was saved or dropped: its recovery copy goes.
+    void dropRecoveryCopy();
     // A level just opened: fresh editing state, views sized and drawn.
     void showNewLevel();
     // Names each file the readers repaired and what they repaired, once.
@@ -301,6 +331,9 @@ private:
     frmGoToCell* goToCell_ = nullptr;
     QLabel* lblViewRange_ = nullptr;
     QTimer* highlightTimer_ = nullptr;
+
+    RecentLevelsMenu* mnuFileRecent_ = nullptr;
+    std::unique_ptr<Autosave> autosave_;
 
     std::unique_ptr<OpenedLevel> opened_;
     UndoHistory history_;

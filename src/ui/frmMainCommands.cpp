@@ -2,6 +2,7 @@
 #include "ui/frmMain.h"
 
 #include "app/SharedObjects.h"
+#include "app/autosave.h"
 #include "app/qtPaths.h"
 #include "app/settings.h"
 #include "data/levelRecovery.h"
@@ -39,6 +40,7 @@ bool frmMain::saveIfModified(const QString& question, bool* cancelled) {
     case messageAnswer::yes:
         return fileSave();
     case messageAnswer::no:
+        dropRecoveryCopy();
         return true;
     default:
         *cancelled = true;
@@ -55,18 +57,25 @@ bool frmMain::fileOpen() {
     const auto chosen =
         shared_.dialogs->openFile(this, "Open Thornwick level", "All files (*.*)|*.*", QString(),
                                   clsCommonDialog::openFlags, 1);
-    if (chosen.empty() || !dialogs_.openLevel.showModal()) {
+    if (chosen.empty()) {
         return false;
     }
-    const QString file = chosen.begin()->second;
+    return openChosenLevel(toPath(chosen.begin()->second));
+}
+
+bool frmMain::openChosenLevel(const std::filesystem::path& file) {
+    if (!dialogs_.openLevel.showModal()) {
+        return false;
+    }
+    const QString configuration = dialogs_.openLevel.configuration();
     QString failure;
-    if (!useConfig(toPath(file), dialogs_.openLevel.configuration(),
-                   dialogs_.openLevel.loadUnknown(), &failure)) {
+    if (!useConfig(file, configuration, dialogs_.openLevel.loadUnknown(), &failure)) {
         shared_.messages->show(this, "The level could not be opened.\n\n" + failure,
                                messageStyle::exclamation);
         return false;
     }
     showNewLevel();
+    rememberRecent(file, configuration);
     return true;
 }
 
@@ -91,6 +100,7 @@ bool frmMain::fileSave() {
         return false;
     }
     dialogs_.status.hideStatus();
+    dropRecoveryCopy();
     updateCommands();
     return true;
 }
@@ -203,6 +213,9 @@ void frmMain::updateCommands() {
         const QString name = QFileInfo(toQString(opened_->level.fileName)).completeBaseName();
         setWindowTitle(QString(applicationTitle) + " - " + name.toUpper() + "[*]");
         setWindowModified(opened_->level.modified);
+        if (opened_->level.modified) {
+            autosave_->changed();
+        }
     }
     const std::string undo = history_.nextUndo();
     const std::string redo = history_.nextRedo();

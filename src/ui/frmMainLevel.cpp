@@ -37,12 +37,28 @@ bool frmMain::initialLoad() {
     loadOptions();
     restorePanels();
     const clsConfiguration& settings = shared_.settings;
-    const std::filesystem::path level =
-        toPath(toQString(settingText(settings, settingKey::thornwickData, {}))) /
-        settingText(settings, settingKey::defaultLevel, {});
+    const QString defaultConfig = toQString(settingText(settings, settingKey::defaultConfig, {}));
     QString failure;
-    if (!useConfig(level, toQString(settingText(settings, settingKey::defaultConfig, {})),
-                   dialogs_.openLevel.loadUnknown(), &failure)) {
+    if (shared_.startupLevel) {
+        const QString config =
+            shared_.startupConfiguration ? toQString(*shared_.startupConfiguration) : defaultConfig;
+        if (useConfig(*shared_.startupLevel, config, dialogs_.openLevel.loadUnknown(), &failure)) {
+            showNewLevel();
+            rememberRecent(*shared_.startupLevel, config);
+            activateWindow();
+            return true;
+        }
+        // The default level still opens, from the settings' data folder, so
+        // the editor is there to try again.
+        shared_.messages->show(this, "The level could not be opened.\n\n" + failure,
+                               messageStyle::exclamation);
+        shared_.startupLevel.reset();
+        shared_.startupConfiguration.reset();
+        shared_.runDataFolder.reset();
+    }
+    const std::filesystem::path level =
+        shared_.dataFolder() / settingText(settings, settingKey::defaultLevel, {});
+    if (!useConfig(level, defaultConfig, dialogs_.openLevel.loadUnknown(), &failure)) {
         // The options come next; an empty editor behind them helps no one.
         hide();
         shared_.messages->show(this, defaultLevelMessage + "\n\n" + failure,
@@ -64,8 +80,8 @@ void frmMain::showNewLevel() {
     renderPalette();
 }
 
-bool frmMain::useConfig(const std::filesystem::path& levelFile, const QString& configuration,
-                        bool loadUnknown, QString* failure) {
+bool frmMain::openWithConfig(const std::filesystem::path& levelFile, const QString& configuration,
+                             bool loadUnknown, QString* failure) {
     dialogs_.status.setStatus(loadingStatus);
     setEnabled(false);
     // The window comes back and the notice goes on every path.
@@ -79,7 +95,7 @@ bool frmMain::useConfig(const std::filesystem::path& levelFile, const QString& c
 
     OpenLevelRequest request;
     request.applicationFolder = shared_.applicationFolder;
-    request.dataFolder = settingText(shared_.settings, settingKey::thornwickData, {});
+    request.dataFolder = shared_.dataFolder();
     request.levelFile = levelFile;
     request.configuration = configuration.toStdString();
     request.loadUnknownSpecials = loadUnknown;

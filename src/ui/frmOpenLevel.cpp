@@ -88,8 +88,7 @@ void frmOpenLevel::showConfiguration() {
     }
     const auto path =
         configurationPath(shared_.applicationFolder, cmbConfig_->currentText().toStdString());
-    const QString dataFolder =
-        toQString(settingText(shared_.settings, settingKey::thornwickData, {}));
+    const QString dataFolder = toQString(shared_.dataFolder());
     try {
         const LevelConfiguration configuration = readLevelConfiguration(path);
         txtTileSet_->setText(dataFolder + "/" + toQString(configuration.tileSet));

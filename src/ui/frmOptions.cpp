@@ -140,7 +140,7 @@ void frmOptions::fillFromSettings() {
     const clsConfiguration& settings = shared_.settings;
     QString dataPath = toQString(settingText(settings, settingKey::thornwickData, {}));
     if (dataPath.isEmpty()) {
-        if (const auto sample = bundledSampleData(shared_.applicationFolder)) {
+        if (const auto sample = shared_.offeredSampleData()) {
             dataPath = toQString(*sample);
         }
     }

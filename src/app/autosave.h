@@ -1,0 +1,72 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+class QTimer;
+
+namespace marvek {
+
+// A timer that fires once after it is started; tests drive their own.
+class SingleShotTimer {
+public:
+    virtual ~SingleShotTimer() = default;
+    virtual void start(std::chrono::milliseconds delay) = 0;
+    virtual void stop() = 0;
+    virtual bool isActive() const = 0;
+    // Called when a started timer runs out.
+    virtual void onTimeout(std::function<void()> handler) = 0;
+
+protected:
+    SingleShotTimer() = default;
+    SingleShotTimer(const SingleShotTimer&) = default;
+    SingleShotTimer& operator=(const SingleShotTimer&) = default;
+};
+
+class QtSingleShotTimer final : public SingleShotTimer {
+public:
+    QtSingleShotTimer();
+    ~QtSingleShotTimer() override;
+    QtSingleShotTimer(const QtSingleShotTimer&) = delete;
+    QtSingleShotTimer& operator=(const QtSingleShotTimer&) = delete;
+
+    void start(std::chrono::milliseconds delay) override;
+    void stop() override;
+    bool isActive() const override;
+    void onTimeout(std::function<void()> handler) override;
+
+private:
+    std::unique_ptr<QTimer> timer_;
+};
+
+// Keeps a recovery copy of unsaved work: the first change after the last
+// copy starts one timer, and when it runs out the work is kept if it is
+// still unsaved. Every change is so kept within one interval, without a
+// write per edit.
+class Autosave {
+public:
+    // Well inside the half minute of work a kill may cost.
+    static constexpr std::chrono::seconds interval{10};
+
+    struct Actions {
+        std::function<bool()> hasUnsavedWork;
+        // Writes the recovery copy.
+        std::function<void()> keep;
+    };
+
+    Autosave(std::unique_ptr<SingleShotTimer> timer, Actions actions);
+
+    // The work changed and is unsaved.
+    void changed();
+    // The work was saved or dropped: nothing is pending.
+    void settled();
+
+private:
+    void timedOut();
+
+    std::unique_ptr<SingleShotTimer> timer_;
+    Actions actions_;
+};
+
+} // namespace marvek
