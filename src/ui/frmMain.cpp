@@ -157,6 +157,10 @@ void frmMain::resizeEvent(QResizeEvent* event) {
     if (isMinimized() || width() <= 0 || height() <= 0) {
         return;
     }
+    layOutAndRedraw();
+}
+
+void frmMain::layOutAndRedraw() {
     layOut();
     if (opened_) {
         createBuffers();

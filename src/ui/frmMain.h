@@ -200,6 +200,7 @@ private:
     QAction* addCommand(QMenu& menu, const char* name, const QString& caption,
                         const QKeySequence& shortcut = {});
     void layOut();
+    void layOutAndRedraw();
     // The tools, their tool bar and menu, the clipboard commands and the
     // History dock (frmMainEditing.cpp).
     void buildEditing(QMenu& edit);

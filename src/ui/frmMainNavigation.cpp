@@ -114,12 +114,7 @@ void frmMain::centralResized() {
         sizeLaidOut_ = size();
         return;
     }
-    layOut();
-    if (opened_) {
-        createBuffers();
-        renderLevel();
-        renderPalette();
-    }
+    layOutAndRedraw();
 }
 
 void frmMain::buildViewMenu() {

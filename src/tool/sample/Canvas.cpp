@@ -1,6 +1,6 @@
 #include "tool/sample/Canvas.h"
 
-#include <cstdlib>
+#include "data/lineWalk.h"
 
 namespace marvek::sample {
 
@@ -41,26 +41,7 @@ void Canvas::frame(std::int32_t x, std::int32_t y, std::int32_t width, std::int3
 
 void Canvas::line(std::int32_t x0, std::int32_t y0, std::int32_t x1, std::int32_t y1,
                   std::uint8_t colour) noexcept {
-    const std::int32_t dx = std::abs(x1 - x0);
-    const std::int32_t dy = -std::abs(y1 - y0);
-    const std::int32_t stepX = x0 < x1 ? 1 : -1;
-    const std::int32_t stepY = y0 < y1 ? 1 : -1;
-    std::int32_t error = dx + dy;
-    while (true) {
-        set(x0, y0, colour);
-        if (x0 == x1 && y0 == y1) {
-            return;
-        }
-        const std::int32_t twice = 2 * error;
-        if (twice >= dy) {
-            error += dy;
-            x0 += stepX;
-        }
-        if (twice <= dx) {
-            error += dx;
-            y0 += stepY;
-        }
-    }
+    walkLine(x0, y0, x1, y1, [&](std::int32_t x, std::int32_t y) { set(x, y, colour); });
 }
 
 void Canvas::ellipse(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
