@@ -490,7 +490,12 @@ void clsConfiguration::writeSection(const Section& section, int depth, std::stri
                 line("");
             }
         } else if (const auto* text = std::get_if<std::string>(&value)) {
-            assignment(key, "\"" + escapeValue(*text) + "\"");
+            // Appended: GCC 12 at -O3 warns falsely (-Wrestrict) about a literal
+            // added to a temporary string.
+            std::string quoted = "\"";
+            quoted += escapeValue(*text);
+            quoted += '"';
+            assignment(key, quoted);
         } else {
             assignment(key, numberText(value));
         }

@@ -51,7 +51,12 @@ fs::path followLinks(const fs::path& path) {
 }
 
 std::string temporaryPrefix(const fs::path& target) {
-    return "." + target.filename().string() + ".tmp";
+    // Appended rather than "." + name: GCC 12 at -O3 warns falsely (-Wrestrict)
+    // about a literal added to a temporary string.
+    std::string prefix = ".";
+    prefix += target.filename().string();
+    prefix += ".tmp";
+    return prefix;
 }
 
 // The process id in a temporary name "PREFIX<pid>-<n>"; earlier versions
