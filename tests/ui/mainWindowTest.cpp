@@ -2,7 +2,9 @@
 
 #include "data/clsRenderOptions.h"
 #include "ui/PictureBox.h"
+#include "ui/windowPlacement.h"
 
+#include <QScreen>
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTest>
@@ -47,6 +49,31 @@ TEST_F(MainWindow, OpensWithTilesAtZoomTwoAndTheTilePalette) {
     EXPECT_GT(colours.size(), 8U) << "the level is drawn, not a blank box";
     const auto& palette = child<PictureBox>(window, "picPalette");
     EXPECT_EQ(palette.image().width(), palette.width() - 4);
+}
+
+TEST_F(MainWindow, OpensInsideTheScreensAvailableArea) {
+    // A 2400 x 1500 screen at scale 2, less a panel: the preferred size does
+    // not fit and the window shrinks, its frame kept on the screen.
+    const QRect scaled(0, 0, 1200, 720);
+    const QRect placed = fittedWindowGeometry(QSize(1280, 800), scaled);
+    EXPECT_TRUE(scaled.contains(placed.adjusted(-windowDecoration.width() / 2,
+                                                -(windowDecoration.height() -
+                                                  windowDecoration.width() / 2),
+                                                windowDecoration.width() / 2,
+                                                windowDecoration.width() / 2)))
+        << placed.x() << "," << placed.y() << " " << placed.width() << "x" << placed.height();
+    const QRect large(0, 0, 2560, 1440);
+    EXPECT_EQ(fittedWindowGeometry(QSize(1280, 800), large).size(), QSize(1280, 800));
+
+    // The real window, with its panels and tool bar, on the test's small screen.
+    writeSettings(dataFolder().string());
+    ASSERT_FALSE(startProgram(*shared_, *windows_).has_value());
+    frmMain& window = *windows_->mainWindow();
+    QApplication::processEvents();
+    const QRect available = window.screen()->availableGeometry();
+    EXPECT_TRUE(available.contains(window.frameGeometry()))
+        << window.frameGeometry().width() << "x" << window.frameGeometry().height() << " in "
+        << available.width() << "x" << available.height();
 }
 
 TEST_F(MainWindow, KeysToggleWhatIsDrawnInEitherCase) {
