@@ -343,11 +343,39 @@ TEST_F(RecentLevelsMenu, TheCommandLineLevelOpensWithItsConfigurationForThisRunO
 }
 
 TEST_F(RecentLevelsMenu, ACommandLineLevelThatDoesNotOpenFallsBackToTheDefault) {
-    shared_->startupLevel = dataFolder() / "NOSUCH";
+    const fs::path elsewhere = root_.path() / "elsewhere";
+    fs::create_directories(elsewhere);
+    shared_->startupLevel = elsewhere / "NOSUCH";
+    shared_->runDataFolder = elsewhere;
     frmMain& window = startEditor();
     ASSERT_EQ(messages_->shown.size(), 1U);
     EXPECT_TRUE(messages_->shown[0].text.contains("NOSUCH"));
     EXPECT_EQ(window.windowTitle(), "Marvek - L1MA1[*]");
+    EXPECT_EQ(dialogs_->lastFolder().toStdString(), dataFolder().string())
+        << "file dialogs open in the folder in use";
+}
+
+TEST_F(RecentLevelsMenu, ACommandLineFolderThatDoesNotExistGivesWayToTheSettingsOne) {
+    // As a mistyped "marvek /wrong/L1MA2" names it: the options cannot change
+    // this run's folder, so asking for them would never end.
+    const fs::path gone = root_.path() / "gone";
+    shared_->startupLevel = gone / "L1MA2";
+    shared_->runDataFolder = gone;
+    int optionsShown = 0;
+    whenModal([&optionsShown](QWidget& dialog) {
+        ++optionsShown;
+        dialog.findChild<QPushButton*>("cmdCancel")->click();
+    });
+    frmMain& window = startEditor();
+    EXPECT_EQ(optionsShown, 0);
+    ASSERT_EQ(messages_->shown.size(), 2U);
+    EXPECT_TRUE(messages_->shown[0].text.startsWith(toQString(gone) + ": "));
+    EXPECT_TRUE(messages_->shown[1].text.contains("L1MA2"));
+    EXPECT_EQ(window.windowTitle(), "Marvek - L1MA1[*]");
+    EXPECT_EQ(dialogs_->lastFolder().toStdString(), dataFolder().string());
+    // The answer still waiting goes to a dialog of this test.
+    window.toolsOptions();
+    EXPECT_EQ(optionsShown, 1);
 }
 
 } // namespace
