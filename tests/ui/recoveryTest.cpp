@@ -131,6 +131,57 @@ TEST_F(Recovery, UnsavedWorkIsKeptAfterTheTimerAndGoesOnSaveOrDiscard) {
     EXPECT_FALSE(fs::exists(copy()));
 }
 
+TEST_F(Recovery, WorkNotSavedStaysKeptUntilAnotherLevelReallyReplacesIt) {
+    frmMain& window = startWithHandTimer();
+    paintCorner(window, 6);
+    timer_->fire();
+    ASSERT_TRUE(fs::exists(copy()));
+
+    // No to saving, then a level that does not open, or no level chosen:
+    // the work is still open, and still kept.
+    const fs::path damaged = dataFolder() / "L1MA7";
+    writeText(damaged, "not a level");
+    dialogs_->fileAnswers = {{toQString(damaged)}};
+    messages_->answers = {messageAnswer::no};
+    whenModal(clickOk);
+    EXPECT_FALSE(window.fileOpen());
+    messages_->answers = {messageAnswer::no};
+    EXPECT_FALSE(window.fileOpen());
+    EXPECT_TRUE(window.openedLevel()->level.modified);
+    EXPECT_TRUE(fs::exists(copy()));
+
+    dialogs_->fileAnswers = {{toQString(dataFolder() / "L1MA2")}};
+    messages_->answers = {messageAnswer::no};
+    whenModal(clickOk);
+    ASSERT_TRUE(window.fileOpen());
+    EXPECT_EQ(window.windowTitle(), "Marvek - L1MA2[*]");
+    EXPECT_FALSE(fs::exists(copy())) << "given up once another level replaced it";
+}
+
+TEST_F(Recovery, SaveAsTakesTheCopyOffTheFormerFile) {
+    frmMain& window = startWithHandTimer();
+    paintCorner(window, 9);
+    timer_->fire();
+    ASSERT_TRUE(fs::exists(copy()));
+    const fs::path other = dataFolder() / "L1MA8";
+    dialogs_->fileAnswers = {{toQString(other)}};
+    ASSERT_TRUE(window.fileSaveAs());
+    EXPECT_FALSE(fs::exists(copy())) << "the work it held is saved";
+    EXPECT_EQ(readLevel(other).level.cellAt(0, 0).tile, 9);
+
+    // A copy the user left on an unchanged level is not this work's.
+    leaveRecoveryCopy(5, 0x123456);
+    setAge(level(), 1h);
+    dialogs_->fileAnswers = {{toQString(level())}};
+    messages_->answers = {messageAnswer::no};
+    whenModal(clickOk);
+    ASSERT_TRUE(window.fileOpen());
+    ASSERT_EQ(messages_->shown.size(), 1U) << "the copy was offered";
+    dialogs_->fileAnswers = {{toQString(other)}};
+    ASSERT_TRUE(window.fileSaveAs());
+    EXPECT_TRUE(fs::exists(copy()));
+}
+
 TEST_F(Recovery, AFailedRecoveryWriteSaysSoAndTheEditorGoesOn) {
     frmMain& window = startWithHandTimer();
     paintCorner(window, 5);
