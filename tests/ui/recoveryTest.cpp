@@ -406,6 +406,26 @@ TEST_F(RecentLevelsMenu, ACommandLineLevelThatDoesNotOpenFallsBackToTheDefault) 
         << "file dialogs open in the folder in use";
 }
 
+TEST_F(RecentLevelsMenu, ACommandLineFolderWithoutTheDefaultLevelGivesWayAfterTheOptions) {
+    const fs::path empty = root_.path() / "empty";
+    fs::create_directories(empty);
+    shared_->runDataFolder = empty;
+    int optionsShown = 0;
+    const auto answer = [&optionsShown](QWidget& dialog) {
+        ++optionsShown;
+        dialog.findChild<QPushButton*>(optionsShown == 1 ? "cmdOk" : "cmdCancel")->click();
+    };
+    answerModals({answer, answer});
+    frmMain& window = startEditor();
+    EXPECT_EQ(optionsShown, 1) << "OK in the options is enough";
+    EXPECT_TRUE(messages_->shown.front().text.contains(toQString(empty / "L1MA1")));
+    EXPECT_EQ(window.windowTitle(), "Marvek - L1MA1[*]");
+    EXPECT_EQ(window.openedLevel()->tileFile.parent_path(), dataFolder());
+    // The answer still waiting goes to a dialog of this test.
+    window.toolsOptions();
+    EXPECT_EQ(optionsShown, 2);
+}
+
 TEST_F(RecentLevelsMenu, ACommandLineFolderThatDoesNotExistGivesWayToTheSettingsOne) {
     // As a mistyped "marvek /wrong/L1MA2" names it: the options cannot change
     // this run's folder, so asking for them would never end.
