@@ -41,8 +41,23 @@ bool dataFolderExists(const SharedObjects& shared) {
     return !folder.empty() && fs::is_directory(folder, error);
 }
 
+// A folder named for this run cannot be fixed in the options, so asking
+// again would never end: it gives way to the settings' folder.
+void dropMissingRunDataFolder(SharedObjects& shared) {
+    std::error_code error;
+    if (shared.runDataFolder && !fs::is_directory(*shared.runDataFolder, error)) {
+        shared.messages->show(nullptr,
+                              toQString(*shared.runDataFolder) +
+                                  ": this folder does not exist, so the data folder in the "
+                                  "options is used.",
+                              messageStyle::exclamation);
+        shared.runDataFolder.reset();
+    }
+}
+
 // Asks for a data folder until one exists; false when the user cancelled.
 bool ensureDataFolder(SharedObjects& shared, StartupWindows& windows) {
+    dropMissingRunDataFolder(shared);
     while (!dataFolderExists(shared)) {
         shared.messages->show(nullptr, dataPathMessage, messageStyle::information);
         if (!windows.showOptions()) {
@@ -111,6 +126,9 @@ std::optional<int> startProgram(SharedObjects& shared, StartupWindows& windows) 
         }
         seedLastFolder(shared);
     }
+    // A level named on the command line that did not open gave its folder
+    // back to the settings' one.
+    seedLastFolder(shared);
     return std::nullopt;
 }
 

@@ -49,11 +49,12 @@ bool hasNewerRecoveryCopy(const fs::path& levelFile) {
 }
 
 bool removeRecoveryCopy(const clsLevel& level) {
-    if (level.fileName.empty()) {
-        return true;
-    }
+    return level.fileName.empty() || removeRecoveryCopy(fs::path(level.fileName));
+}
+
+bool removeRecoveryCopy(const fs::path& levelFile) {
     std::error_code error;
-    fs::remove(recoveryPath(level), error);
+    fs::remove(recoveryPath(levelFile), error);
     return !error;
 }
 

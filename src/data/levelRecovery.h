@@ -22,6 +22,7 @@ bool hasNewerRecoveryCopy(const std::filesystem::path& levelFile);
 
 // Removes the recovery file, when there is one; false when it stays.
 bool removeRecoveryCopy(const clsLevel& level);
+bool removeRecoveryCopy(const std::filesystem::path& levelFile);
 
 // Replaces the open level's cells and palette with those of its recovery
 // file, reads the graphics again with that palette and marks the level

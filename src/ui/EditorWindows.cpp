@@ -1,5 +1,6 @@
 #include "ui/EditorWindows.h"
 
+#include "ui/ModalFocusReturn.h"
 #include "ui/frmAbout.h"
 #include "ui/frmEditPalette.h"
 #include "ui/frmExportLevel.h"
@@ -12,7 +13,9 @@
 namespace marvek {
 
 EditorWindows::EditorWindows(SharedObjects& shared)
-    : shared_(shared), options_(std::make_unique<frmOptions>(shared)) {}
+    : shared_(shared), focusReturn_(std::make_unique<ModalFocusReturn>(
+                           [this]() -> QWidget* { return main_.get(); })),
+      options_(std::make_unique<frmOptions>(shared)) {}
 
 EditorWindows::~EditorWindows() {
     unloadWindows();

@@ -15,6 +15,7 @@ class frmMain;
 class frmOpenLevel;
 class frmOptions;
 class frmStatus;
+class ModalFocusReturn;
 
 // Every window of the editor, made and dropped as start-up says.
 class EditorWindows final : public StartupWindows {
@@ -37,6 +38,7 @@ public:
 
 private:
     SharedObjects& shared_;
+    std::unique_ptr<ModalFocusReturn> focusReturn_;
     std::unique_ptr<frmOptions> options_;
     std::unique_ptr<frmStatus> status_;
     std::unique_ptr<frmOpenLevel> openLevel_;

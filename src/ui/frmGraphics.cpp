@@ -147,9 +147,15 @@ void frmGraphics::fillLists() {
     }
     const QSignalBlocker quiet(lstFiles_);
     lstFiles_->clear();
-    const std::filesystem::path dataFolder = shared_.dataFolder();
-    for (const std::string& name : listDataFiles(dataFolder)) {
-        lstFiles_->addItem(toQString(name));
+    // A data folder gone since start-up (a removed disk, a renamed folder)
+    // leaves the list empty, said once, and the editor running.
+    try {
+        for (const std::string& name : listDataFiles(shared_.dataFolder())) {
+            lstFiles_->addItem(toQString(name));
+        }
+    } catch (const std::exception& error) {
+        shared_.messages->show(this, QString::fromStdString(error.what()),
+                               messageStyle::exclamation);
     }
     const auto kept = lstFiles_->findItems(file, Qt::MatchExactly);
     if (!kept.isEmpty()) {

@@ -290,7 +290,14 @@ void frmMain::wheelOverPalette(int delta) {
 
 bool frmMain::mayClose() {
     bool cancelled = false;
-    return saveIfModified(closingQuestion, &cancelled) && !cancelled;
+    if (!saveIfModified(closingQuestion, &cancelled) || cancelled) {
+        return false;
+    }
+    // Still modified: the user chose to close without saving.
+    if (opened_ && opened_->level.modified) {
+        dropRecoveryCopy();
+    }
+    return true;
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {

@@ -16,6 +16,7 @@
 
 #include <QAction>
 #include <QFileInfo>
+#include <QStatusBar>
 
 #include <exception>
 
@@ -40,7 +41,8 @@ bool frmMain::saveIfModified(const QString& question, bool* cancelled) {
     case messageAnswer::yes:
         return fileSave();
     case messageAnswer::no:
-        dropRecoveryCopy();
+        // The kept copy goes only when the work really goes: the level that
+        // replaces it may still fail to open.
         return true;
     default:
         *cancelled = true;
@@ -118,6 +120,7 @@ bool frmMain::fileSaveAs() {
         return false;
     }
     const std::string previous = level.fileName;
+    const bool hadUnsavedWork = level.modified;
     level.fileName = toPath(chosen).string();
     if (!fileSave()) {
         // Save goes on meaning the file the level came from, and the next
@@ -126,6 +129,14 @@ bool frmMain::fileSaveAs() {
         shared_.dialogs->setLastFolder(previousFolder);
         updateCommands();
         return false;
+    }
+    // The work kept beside the former file is saved now; left there, it
+    // would be offered again whenever that file is opened.
+    const std::filesystem::path former(previous);
+    if (hadUnsavedWork && !previous.empty() && previous != level.fileName &&
+        !removeRecoveryCopy(former)) {
+        statusBar()->showMessage("The recovery copy " + toQString(recoveryPath(former)) +
+                                 " could not be removed.");
     }
     return true;
 }

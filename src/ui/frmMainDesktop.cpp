@@ -64,10 +64,19 @@ void frmMain::setAutosaveTimer(std::unique_ptr<SingleShotTimer> timer) {
 
 bool frmMain::useConfig(const fs::path& levelFile, const QString& configuration, bool loadUnknown,
                         QString* failure) {
+    // Work still unsaved here is work the user chose not to save.
+    std::optional<fs::path> discarded;
+    if (opened_ && opened_->level.modified && !opened_->level.fileName.empty()) {
+        discarded = fs::path(opened_->level.fileName);
+    }
     if (!openWithConfig(levelFile, configuration, loadUnknown, failure)) {
         return false;
     }
     autosave_->settled();
+    if (discarded && !removeRecoveryCopy(*discarded)) {
+        statusBar()->showMessage("The recovery copy " + toQString(recoveryPath(*discarded)) +
+                                 " could not be removed.");
+    }
     offerRecovery();
     return true;
 }

@@ -63,6 +63,9 @@ bool frmMain::initialLoad() {
         hide();
         shared_.messages->show(this, defaultLevelMessage + "\n\n" + failure,
                                messageStyle::exclamation);
+        // The options can only change the settings' folder, so the next try
+        // is in that one rather than in this run's again.
+        shared_.runDataFolder.reset();
         return false;
     }
     showNewLevel();

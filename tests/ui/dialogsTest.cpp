@@ -190,5 +190,15 @@ TEST(CommonDialog, RemembersTheFolderAndSortsSeveralFilesIgnoringCase) {
     EXPECT_EQ(dialogs.getColor(nullptr, 0, 0x123456), -1);
 }
 
+TEST_F(Dialogs, TheKeyboardComesBackToTheWindowUnderAClosedDialog) {
+    frmMain& window = startEditor();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    // Without a window manager nobody else would hand the keys back.
+    whenModal([](QWidget& options) { options.findChild<QPushButton*>("cmdCancel")->click(); });
+    window.toolsOptions();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+}
+
 } // namespace
 } // namespace marvek::test

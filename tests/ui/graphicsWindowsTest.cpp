@@ -174,6 +174,22 @@ TEST_F(GraphicsWindows, TheBrowserNeverShowsOrExportsAPictureItCannotDraw) {
     EXPECT_TRUE(messages_->shown.empty());
 }
 
+TEST_F(GraphicsWindows, ADataFolderGoneSinceStartUpLeavesTheListEmptyAndTheEditorRunning) {
+    frmMain& window = startEditor();
+    fs::rename(dataFolder(), root_.path() / "moved");
+    int filesListed = -1;
+    whenModal([&](QWidget& browser) {
+        filesListed = child<QListWidget>(browser, "lstFiles").count();
+        static_cast<frmGraphics&>(browser).reject();
+    });
+    window.findChild<QAction*>("itmToolsGraphics")->trigger();
+    EXPECT_EQ(filesListed, 0);
+    ASSERT_EQ(messages_->shown.size(), 1U);
+    EXPECT_TRUE(messages_->shown[0].text.startsWith(toQString(dataFolder())))
+        << messages_->shown[0].text.toStdString();
+    EXPECT_TRUE(messages_->fatal.empty());
+}
+
 TEST_F(GraphicsWindows, ImportOverAGameFileAsksAndKeepsOnlyTheFirstOriginal) {
     frmMain& window = startEditor();
     const fs::path tiles = dataFolder() / "L1BM";

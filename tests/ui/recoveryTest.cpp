@@ -131,6 +131,57 @@ TEST_F(Recovery, UnsavedWorkIsKeptAfterTheTimerAndGoesOnSaveOrDiscard) {
     EXPECT_FALSE(fs::exists(copy()));
 }
 
+TEST_F(Recovery, WorkNotSavedStaysKeptUntilAnotherLevelReallyReplacesIt) {
+    frmMain& window = startWithHandTimer();
+    paintCorner(window, 6);
+    timer_->fire();
+    ASSERT_TRUE(fs::exists(copy()));
+
+    // No to saving, then a level that does not open, or no level chosen:
+    // the work is still open, and still kept.
+    const fs::path damaged = dataFolder() / "L1MA7";
+    writeText(damaged, "not a level");
+    dialogs_->fileAnswers = {{toQString(damaged)}};
+    messages_->answers = {messageAnswer::no};
+    whenModal(clickOk);
+    EXPECT_FALSE(window.fileOpen());
+    messages_->answers = {messageAnswer::no};
+    EXPECT_FALSE(window.fileOpen());
+    EXPECT_TRUE(window.openedLevel()->level.modified);
+    EXPECT_TRUE(fs::exists(copy()));
+
+    dialogs_->fileAnswers = {{toQString(dataFolder() / "L1MA2")}};
+    messages_->answers = {messageAnswer::no};
+    whenModal(clickOk);
+    ASSERT_TRUE(window.fileOpen());
+    EXPECT_EQ(window.windowTitle(), "Marvek - L1MA2[*]");
+    EXPECT_FALSE(fs::exists(copy())) << "given up once another level replaced it";
+}
+
+TEST_F(Recovery, SaveAsTakesTheCopyOffTheFormerFile) {
+    frmMain& window = startWithHandTimer();
+    paintCorner(window, 9);
+    timer_->fire();
+    ASSERT_TRUE(fs::exists(copy()));
+    const fs::path other = dataFolder() / "L1MA8";
+    dialogs_->fileAnswers = {{toQString(other)}};
+    ASSERT_TRUE(window.fileSaveAs());
+    EXPECT_FALSE(fs::exists(copy())) << "the work it held is saved";
+    EXPECT_EQ(readLevel(other).level.cellAt(0, 0).tile, 9);
+
+    // A copy the user left on an unchanged level is not this work's.
+    leaveRecoveryCopy(5, 0x123456);
+    setAge(level(), 1h);
+    dialogs_->fileAnswers = {{toQString(level())}};
+    messages_->answers = {messageAnswer::no};
+    whenModal(clickOk);
+    ASSERT_TRUE(window.fileOpen());
+    ASSERT_EQ(messages_->shown.size(), 1U) << "the copy was offered";
+    dialogs_->fileAnswers = {{toQString(other)}};
+    ASSERT_TRUE(window.fileSaveAs());
+    EXPECT_TRUE(fs::exists(copy()));
+}
+
 TEST_F(Recovery, AFailedRecoveryWriteSaysSoAndTheEditorGoesOn) {
     frmMain& window = startWithHandTimer();
     paintCorner(window, 5);
@@ -343,11 +394,59 @@ TEST_F(RecentLevelsMenu, TheCommandLineLevelOpensWithItsConfigurationForThisRunO
 }
 
 TEST_F(RecentLevelsMenu, ACommandLineLevelThatDoesNotOpenFallsBackToTheDefault) {
-    shared_->startupLevel = dataFolder() / "NOSUCH";
+    const fs::path elsewhere = root_.path() / "elsewhere";
+    fs::create_directories(elsewhere);
+    shared_->startupLevel = elsewhere / "NOSUCH";
+    shared_->runDataFolder = elsewhere;
     frmMain& window = startEditor();
     ASSERT_EQ(messages_->shown.size(), 1U);
     EXPECT_TRUE(messages_->shown[0].text.contains("NOSUCH"));
     EXPECT_EQ(window.windowTitle(), "Marvek - L1MA1[*]");
+    EXPECT_EQ(dialogs_->lastFolder().toStdString(), dataFolder().string())
+        << "file dialogs open in the folder in use";
+}
+
+TEST_F(RecentLevelsMenu, ACommandLineFolderWithoutTheDefaultLevelGivesWayAfterTheOptions) {
+    const fs::path empty = root_.path() / "empty";
+    fs::create_directories(empty);
+    shared_->runDataFolder = empty;
+    int optionsShown = 0;
+    const auto answer = [&optionsShown](QWidget& dialog) {
+        ++optionsShown;
+        dialog.findChild<QPushButton*>(optionsShown == 1 ? "cmdOk" : "cmdCancel")->click();
+    };
+    answerModals({answer, answer});
+    frmMain& window = startEditor();
+    EXPECT_EQ(optionsShown, 1) << "OK in the options is enough";
+    EXPECT_TRUE(messages_->shown.front().text.contains(toQString(empty / "L1MA1")));
+    EXPECT_EQ(window.windowTitle(), "Marvek - L1MA1[*]");
+    EXPECT_EQ(window.openedLevel()->tileFile.parent_path(), dataFolder());
+    // The answer still waiting goes to a dialog of this test.
+    window.toolsOptions();
+    EXPECT_EQ(optionsShown, 2);
+}
+
+TEST_F(RecentLevelsMenu, ACommandLineFolderThatDoesNotExistGivesWayToTheSettingsOne) {
+    // As a mistyped "marvek /wrong/L1MA2" names it: the options cannot change
+    // this run's folder, so asking for them would never end.
+    const fs::path gone = root_.path() / "gone";
+    shared_->startupLevel = gone / "L1MA2";
+    shared_->runDataFolder = gone;
+    int optionsShown = 0;
+    whenModal([&optionsShown](QWidget& dialog) {
+        ++optionsShown;
+        dialog.findChild<QPushButton*>("cmdCancel")->click();
+    });
+    frmMain& window = startEditor();
+    EXPECT_EQ(optionsShown, 0);
+    ASSERT_EQ(messages_->shown.size(), 2U);
+    EXPECT_TRUE(messages_->shown[0].text.startsWith(toQString(gone) + ": "));
+    EXPECT_TRUE(messages_->shown[1].text.contains("L1MA2"));
+    EXPECT_EQ(window.windowTitle(), "Marvek - L1MA1[*]");
+    EXPECT_EQ(dialogs_->lastFolder().toStdString(), dataFolder().string());
+    // The answer still waiting goes to a dialog of this test.
+    window.toolsOptions();
+    EXPECT_EQ(optionsShown, 1);
 }
 
 } // namespace
