@@ -150,8 +150,9 @@ void frmMain::buildViewMenu() {
 
 void frmMain::togglePanel(PanelDock& dock) {
     dock.setVisible(dock.isHidden());
-    savePanels();
     renderLevel();
+    // After the redraw, so that a failure to write stays in the status bar.
+    savePanels();
 }
 
 void frmMain::restorePanels() {
@@ -338,6 +339,8 @@ void frmMain::refreshNavigation() {
     if (!specialsDock_->isHidden()) {
         specialsList_->showLevel(level, opened_->specialSet);
     }
+    // The view may have moved under a still pointer, or the cell changed.
+    showCellStatus();
     lblViewRange_->setVisible(!overviewDock_->isHidden());
     lblViewRange_->setText(QString("View (%1, %2) - (%3, %4)")
                                .arg(shown.left)

@@ -12,8 +12,10 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QScrollBar>
 #include <QSpinBox>
+#include <QStatusBar>
 #include <QTableView>
 #include <QTest>
 
@@ -110,6 +112,38 @@ TEST_F(Navigation, TheWheelScrollsThreeCellsANotchDownOrAcrossWithShift) {
         wheel({0, -120});
     }
     EXPECT_EQ(at(), std::pair(96, farDown()));
+}
+
+TEST_F(Navigation, TheStatusBarNamesTheCellUnderAStillPointerAfterEachMoveAndEdit) {
+    start();
+    const auto status = [this] { return window_->statusBar()->currentMessage(); };
+    // The pointer rests on cell (5, 4) from here on.
+    const QPointF rest(PictureBox::border + 2 * (16 * 5 + 8),
+                       PictureBox::border + 2 * (16 * 4 + 8));
+    QMouseEvent move(QEvent::MouseMove, rest, view().mapToGlobal(rest), Qt::NoButton, Qt::NoButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(&view(), &move);
+    EXPECT_TRUE(status().startsWith("Cell (5, 4)")) << status().toStdString();
+    press(Qt::Key_Right);
+    EXPECT_TRUE(status().startsWith("Cell (6, 4)")) << status().toStdString();
+    wheel({0, -120});
+    EXPECT_TRUE(status().startsWith("Cell (6, 7)")) << status().toStdString();
+    window_->centreView(200, 60);
+    const CellRange shown = visibleCells(camera(), 16, 300, 84);
+    EXPECT_TRUE(
+        status().startsWith(QString("Cell (%1, %2)").arg(shown.left + 5).arg(shown.top + 4)))
+        << status().toStdString();
+
+    // An undo under the pointer names the tile the cell holds again.
+    const clsLevel& level = window_->openedLevel()->level;
+    const int x = shown.left + 5;
+    const int y = shown.top + 4;
+    const int before = level.cellAt(x, y).tile;
+    const std::int16_t other = before == 7 ? std::int16_t{8} : std::int16_t{7};
+    window_->editLevel("Paint", [&](clsLevel& edited) { edited.cellAt(x, y).tile = other; });
+    EXPECT_TRUE(status().contains(QString("Tile %1 ").arg(other))) << status().toStdString();
+    window_->editUndo();
+    EXPECT_TRUE(status().contains(QString("Tile %1 ").arg(before))) << status().toStdString();
 }
 
 TEST_F(Navigation, ScrollBarsFollowEveryMoveAndMoveTheViewWhenDragged) {
