@@ -283,7 +283,7 @@ TEST_F(CellEditing, CopyClearStampAndReplace) {
 TEST(CellClipboard, BytesRoundTripAndDamageIsNamed) {
     CellBlock block(3, 2);
     block.at(0, 0) = Cell{1023, 63, 0};
-    block.at(2, 1) = Cell{-1, 255, 0};
+    block.at(2, 1) = Cell{512, 255, 0};
     const std::vector<std::uint8_t> bytes = encodeCells(block);
     ASSERT_EQ(bytes.size(), 10U + 6 * 3);
     EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 4), "MVKC");
@@ -303,6 +303,10 @@ TEST(CellClipboard, BytesRoundTripAndDamageIsNamed) {
     empty[7] = 0;
     // 65535 x 65535 cells, whatever bytes follow, are refused before any
     // block is made.
+    // Tile 1024 would lose its top bit when the level is saved.
+    auto bigTile = bytes;
+    bigTile[10] = 0x04;
+    bigTile[11] = 0x00;
     auto huge = bytes;
     std::fill(huge.begin() + 6, huge.begin() + 10, 0xFF);
     for (const auto& [damaged, words] :
@@ -310,6 +314,7 @@ TEST(CellClipboard, BytesRoundTripAndDamageIsNamed) {
                                                                         {badMagic, "mark"},
                                                                         {newer, "version 2"},
                                                                         {empty, "empty"},
+                                                                        {bigTile, "tile 1024"},
                                                                         {huge, "more than a brush"},
                                                                         {{}, "mark"}}) {
         try {
@@ -339,6 +344,7 @@ TEST(CellClipboard, TextIsTheGridOfTileNumbers) {
                                                           {"1 2\nfish 3\n", "line 2"},
                                                           {"1 -2\n", "line 1"},
                                                           {"1 2x\n", "line 1"},
+                                                          {"0\n1024\n", "line 2"},
                                                           {"\n \n", "no tile"}}) {
         try {
             cellsFromText(text);
