@@ -246,6 +246,28 @@ TEST_F(CellEditing, SpecialsModeFloodsBySpecialWhateverTheTiles) {
     EXPECT_EQ(level_.cellAt(2, 0).tile, 9) << "tiles stay";
 }
 
+TEST_F(CellEditing, ARectangleFillOfCellsRepeatsThemOverWhatTheTileFillCovers) {
+    draw({
+        "....",
+        "....",
+        "....",
+    });
+    CellBlock pattern(2, 1);
+    pattern.at(0, 0) = Cell{3, 7, 0};
+    pattern.at(1, 0) = Cell{4, 0, 0};
+    // Past the right and bottom edges: the part on the map, from the corner.
+    fillCellRectangle(level_, pattern, area(1, 1, 5, 5));
+    EXPECT_EQ(tiles(), (std::vector<std::string>{"0000", "0343", "0343"}));
+    EXPECT_EQ(level_.cellAt(1, 2).special, 7) << "the block's own special";
+    EXPECT_EQ(level_.cellAt(2, 2).special, 0) << "not the tile's default";
+
+    // A left edge off the map fills nothing, as the tile fill does.
+    draw({"....", "...."});
+    fillCellRectangle(level_, pattern, area(-1, 0, 3, 1));
+    level_.fillTileRectangle(pattern.tiles(), area(-1, 0, 3, 1), false);
+    EXPECT_EQ(tiles(), (std::vector<std::string>{"0000", "0000"}));
+}
+
 TEST_F(CellEditing, CopyClearStampAndReplace) {
     draw({
         ".o#.",

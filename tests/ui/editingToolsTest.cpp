@@ -4,6 +4,7 @@
 #include "data/floodFill.h"
 #include "ui/HistoryPanel.h"
 #include "ui/PictureBox.h"
+#include "ui/systemClipboard.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -279,6 +280,42 @@ TEST_F(EditingTools, CutCellsTravelToAnotherLevelWithTheirSpecials) {
     ASSERT_FALSE(messages_->shown.empty());
     EXPECT_NE(messages_->shown.back().text.indexOf("Nothing was pasted"), -1);
     EXPECT_EQ(*window_->brushCells(), cut) << "the brush stays";
+}
+
+TEST_F(EditingTools, ACtrlDragFillWithPastedCellsPutsDownTheirOwnSpecials) {
+    start();
+    // A tile whose default special differs from the one the pasted cell carries.
+    std::int16_t tile = 1;
+    while (tile < 1023 && level().getDefaultSpecial(tile) == 0) {
+        ++tile;
+    }
+    const std::uint8_t carried = level().getDefaultSpecial(tile) == 7 ? 9 : 7;
+    CellBlock pasted(2, 1);
+    pasted.at(0, 0) = Cell{tile, carried, 0};
+    pasted.at(1, 0) = Cell{tile, 0, 0};
+    putCellsOnClipboard(pasted);
+    ctrlKey(Qt::Key_V);
+    ASSERT_NE(window_->brushCells(), nullptr);
+
+    const auto before = grid();
+    QTest::keyPress(window_, Qt::Key_Control);
+    QTest::mousePress(&view(), Qt::LeftButton, Qt::ControlModifier, cell(10, 4));
+    QTest::mouseMove(&view(), cell(14, 5));
+    QTest::mouseRelease(&view(), Qt::LeftButton, Qt::ControlModifier, cell(14, 5));
+    QTest::keyRelease(window_, Qt::Key_Control);
+    EXPECT_EQ(window_->history().nextUndo(), "Fill");
+    for (int y = 4; y <= 5; ++y) {
+        for (int x = 10; x <= 14; ++x) {
+            const Cell& now = level().cellAt(x, y);
+            EXPECT_EQ(now.tile, tile) << x << "," << y;
+            EXPECT_EQ(now.special, (x - 10) % 2 == 0 ? carried : 0) << x << "," << y;
+        }
+    }
+    Cell past;
+    std::memcpy(&past, &before[static_cast<std::size_t>(4 * level().width + 15) * 4], 4);
+    EXPECT_EQ(level().cellAt(15, 4), past) << "the column past the rectangle stays";
+    window_->editUndo();
+    EXPECT_EQ(grid(), before);
 }
 
 TEST_F(EditingTools, HistoryClicksGiveBackEachStepsGridAndSurviveDroppedSteps) {
