@@ -11,6 +11,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -351,6 +352,28 @@ TEST_F(EditingTools, HistoryClicksGiveBackEachStepsGridAndSurviveDroppedSteps) {
     QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(30, 2));
     EXPECT_EQ(panel.entries(), (QStringList{"Earlier steps", "Paint", "Paint", "Bucket Fill"}));
     EXPECT_EQ(panel.currentEntry(), 3);
+}
+
+TEST_F(EditingTools, FewerUndoLevelsInTheOptionsShowInTheHistoryAtOnce) {
+    start();
+    action("itmViewHistory").trigger();
+    for (int step = 0; step < 4; ++step) {
+        QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(2 + step, 2));
+    }
+    ASSERT_EQ(window_->historyPanel().entries().size(), 5);
+    whenModal([](QWidget& options) {
+        child<QLineEdit>(options, "txtUndoLevels").setText("2");
+        child<QPushButton>(options, "cmdOk").click();
+    });
+    window_->toolsOptions();
+    EXPECT_EQ(window_->historyPanel().entries(), (QStringList{"Earlier steps", "Paint", "Paint"}));
+    EXPECT_EQ(window_->historyPanel().currentEntry(), 2);
+    // The oldest kept state is one click away, and no further.
+    auto& list = child<QListWidget>(window_->historyPanel(), "lstHistory");
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                      list.visualItemRect(list.item(0)).center());
+    EXPECT_TRUE(window_->history().nextUndo().empty());
+    EXPECT_EQ(window_->history().nextRedo(), "Paint");
 }
 
 TEST_F(EditingTools, ReplaceTileCountsTheCellsItChanges) {
