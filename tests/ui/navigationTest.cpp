@@ -344,6 +344,34 @@ TEST_F(Navigation, TheSpecialsListHasARowPerPlacedSpecialAndARowMovesTheView) {
     EXPECT_EQ(list.visibleRows(), int(placedSpecials(level).size()));
 }
 
+TEST_F(Navigation, TypingInTheSpecialsFilterLeavesTheViewWhereItIs) {
+    start();
+    action("itmViewSpecialsList").trigger();
+    auto& table = child<QTableView>(*window_, "lstSpecials");
+    const int rows = table.model()->rowCount();
+    ASSERT_GT(rows, 1);
+    const QString firstName = table.model()->index(0, 1).data().toString();
+    int other = rows - 1;
+    while (other > 0 && table.model()->index(other, 1).data().toString() == firstName) {
+        --other;
+    }
+    ASSERT_GT(other, 0) << "the sample level has specials of two kinds";
+    const QString otherName = table.model()->index(other, 1).data().toString();
+
+    table.selectRow(0);
+    press(Qt::Key_End, Qt::ControlModifier);
+    const auto parked = at();
+    // The chosen row goes as the filter is typed; the view stays.
+    QTest::keyClicks(&child<QLineEdit>(*window_, "txtSpecialsFilter"), otherName);
+    ASSERT_GT(table.model()->rowCount(), 0);
+    EXPECT_EQ(at(), parked);
+    // A row clicked after the filter still moves the view there.
+    const QModelIndex first = table.model()->index(0, 0);
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, table.visualRect(first).center());
+    const int x = first.data(Qt::UserRole + 1).toInt();
+    EXPECT_EQ(camera().x, std::clamp(x * 16 + 8 - camera().viewWidth / 2, 0, farRight()));
+}
+
 TEST_F(Navigation, GoToCellCentresTheViewThereAndTheCornerShowsTheCorner) {
     start();
     whenModal([](QWidget& dialog) {
