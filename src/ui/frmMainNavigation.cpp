@@ -88,8 +88,11 @@ void frmMain::buildPanels() {
     for (PanelDock* dock : {overviewDock_, specialsDock_, historyDock_}) {
         dock->setFocusPolicy(Qt::NoFocus);
         connect(dock, &PanelDock::closedByUser, this, [this] {
-            savePanels();
+            // The room may stay the same (a panel beside another), so the
+            // status bar and the check marks are brought up to date here.
+            renderLevel();
             viewMenu_->sync();
+            savePanels();
         });
     }
     connect(overview_, &OverviewPanel::cellChosen, this, &frmMain::centreView);

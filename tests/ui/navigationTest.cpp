@@ -307,6 +307,19 @@ TEST_F(Navigation, OpenPanelsAreKeptInTheSettingsAndSurviveTheOptionsDialog) {
     EXPECT_EQ(std::get<std::string>(withHistory.ReadSetting("openPanels", 0, false)), "history");
 }
 
+TEST_F(Navigation, ClosingTheOverviewBesideTheSpecialsListTakesTheViewRangeOffTheStatusBar) {
+    start();
+    action("itmViewSpecialsList").trigger();
+    const auto& range = child<QLabel>(*window_, "lblViewRange");
+    EXPECT_TRUE(range.isVisible());
+    child<QDockWidget>(*window_, "dockOverview").close();
+    QApplication::processEvents();
+    EXPECT_FALSE(range.isVisible());
+    EXPECT_FALSE(action("itmViewOverview").isChecked());
+    QTest::keyClick(&view(), Qt::Key_M);
+    EXPECT_TRUE(range.isVisible());
+}
+
 TEST_F(Navigation, TheSpecialsListHasARowPerPlacedSpecialAndARowMovesTheView) {
     start();
     action("itmViewSpecialsList").trigger();
