@@ -143,6 +143,19 @@ void stampTiles(clsLevel& level, const TileGrid& brush, std::int32_t column, std
     level.modified = true;
 }
 
+void fillCellRectangle(clsLevel& level, const CellBlock& pattern, const clsRectangle& area) {
+    if (!pattern.empty() && area.left >= 0 && area.left < level.width) {
+        forEachCell(clampToMap(level, &area), [&](std::int32_t x, std::int32_t y) {
+            const Cell& from =
+                pattern.at((x - area.left) % pattern.width(), (y - area.top) % pattern.height());
+            Cell& cell = level.cellAt(x, y);
+            cell.tile = from.tile;
+            cell.special = from.special;
+        });
+    }
+    level.modified = true;
+}
+
 std::int64_t countTile(const clsLevel& level, std::int32_t tile, const clsRectangle* area) {
     std::int64_t count = 0;
     forEachCell(clampToMap(level, area), [&](std::int32_t x, std::int32_t y) {

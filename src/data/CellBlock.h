@@ -48,6 +48,10 @@ void clearCells(clsLevel& level, const clsRectangle& area);
 // The block with its top-left at (column, row), tiles and specials as they
 // are; cells outside the map are skipped.
 void stampCells(clsLevel& level, const CellBlock& block, std::int32_t column, std::int32_t row);
+// The block repeated over a normalised rectangle from its top-left corner,
+// tiles and specials as they are, over the cells the tile fill covers: none
+// when the left edge lies off the map, else the part on the map.
+void fillCellRectangle(clsLevel& level, const CellBlock& pattern, const clsRectangle& area);
 // The brush with its top-left at (column, row), as a brush of the tile
 // palette paints: default specials only with autoPlaceSpecials.
 void stampTiles(clsLevel& level, const TileGrid& brush, std::int32_t column, std::int32_t row,

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <limits>
 #include <sstream>
 
 namespace marvek {
@@ -12,8 +11,9 @@ constexpr std::uint8_t magic[] = {'M', 'V', 'K', 'C'};
 constexpr std::uint16_t version = 1;
 constexpr std::size_t headerSize = sizeof(magic) + 3 * 2;
 constexpr std::size_t bytesPerCell = 3;
-// Tiles are 10 bits in a level file; a pasted block keeps the full 16.
-constexpr std::int32_t largestTile = std::numeric_limits<std::int16_t>::max();
+// A level file keeps 10 bits of a tile: a larger number would change when
+// the level is saved.
+constexpr std::int32_t largestTile = 1023;
 
 void putWord(std::vector<std::uint8_t>& out, std::uint16_t word) {
     out.push_back(static_cast<std::uint8_t>(word >> 8));
@@ -74,7 +74,13 @@ CellBlock decodeCells(std::span<const std::uint8_t> bytes) {
     for (std::int32_t y = 0; y < height; ++y) {
         for (std::int32_t x = 0; x < width; ++x) {
             Cell& cell = block.at(x, y);
-            cell.tile = static_cast<std::int16_t>(wordAt(bytes, offset));
+            const std::uint16_t tile = wordAt(bytes, offset);
+            if (tile > largestTile) {
+                throw CellClipboardError("the clipboard's cells hold tile " + std::to_string(tile) +
+                                         ", above " + std::to_string(largestTile) +
+                                         ", the largest a level keeps");
+            }
+            cell.tile = static_cast<std::int16_t>(tile);
             cell.special = bytes[offset + 2];
             offset += bytesPerCell;
         }
@@ -118,10 +124,16 @@ CellBlock cellsFromText(const std::string& text) {
             }
             std::int32_t tile = 0;
             const auto [next, error] = std::from_chars(at, end, tile);
-            if (error != std::errc() || tile < 0 || tile > largestTile ||
+            if (error != std::errc() || tile < 0 ||
                 (next != end && *next != ' ' && *next != '\t')) {
                 throw CellClipboardError("line " + std::to_string(lineNumber) +
                                          " of the clipboard's text is not a row of tile numbers");
+            }
+            if (tile > largestTile) {
+                throw CellClipboardError(
+                    "line " + std::to_string(lineNumber) + " of the clipboard's text holds tile " +
+                    std::to_string(tile) + ", above " + std::to_string(largestTile) +
+                    ", the largest a level keeps");
             }
             row.push_back(tile);
             at = next;

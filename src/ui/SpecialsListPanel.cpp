@@ -76,8 +76,7 @@ SpecialsListPanel::SpecialsListPanel(QWidget* parent)
     layout->addWidget(lstSpecials_, 1);
     layout->addWidget(lblCounts_);
 
-    connect(txtFilter_, &QLineEdit::textChanged, filter_,
-            &QSortFilterProxyModel::setFilterFixedString);
+    connect(txtFilter_, &QLineEdit::textChanged, this, &SpecialsListPanel::applyFilter);
     connect(lstSpecials_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &SpecialsListPanel::rowChosen);
     connect(lstSpecials_, &QTableView::clicked, this, &SpecialsListPanel::rowChosen);
@@ -148,6 +147,14 @@ void SpecialsListPanel::fill(const clsSpecialSet& specialSet) {
 
     const auto kinds = std::ranges::count_if(counts, [](std::int32_t n) { return n != 0; });
     lblCounts_->setText(QString("%1 specials of %2 kinds").arg(listed_.size()).arg(kinds));
+}
+
+void SpecialsListPanel::applyFilter(const QString& text) {
+    // Rows that come and go as the user types are not a choice: the view
+    // stays where it is, and the next row chosen moves it.
+    const QSignalBlocker quiet(lstSpecials_->selectionModel());
+    filter_->setFilterFixedString(text);
+    lstSpecials_->selectionModel()->clear();
 }
 
 void SpecialsListPanel::rowChosen() {

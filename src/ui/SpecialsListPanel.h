@@ -40,6 +40,7 @@ signals:
 
 private:
     void fill(const clsSpecialSet& specialSet);
+    void applyFilter(const QString& text);
     void rowChosen();
 
     QLineEdit* txtFilter_;

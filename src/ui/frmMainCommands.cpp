@@ -180,6 +180,8 @@ void frmMain::toolsOptions() {
             toQString(settingText(shared_.settings, settingKey::thornwickData, {})));
     }
     loadOptions();
+    // Fewer undo levels drop the oldest steps: the menu and History follow.
+    updateCommands();
     renderLevel();
     renderPalette();
 }

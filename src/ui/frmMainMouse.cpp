@@ -218,7 +218,11 @@ void frmMain::copySelection() {
 void frmMain::fillSelection() {
     releaseModifiers();
     selection_.Normalize();
-    if (mode_ == tilesMode) {
+    if (mode_ == tilesMode && brushCells_) {
+        // Pasted cells bring their own specials, as they do when painted.
+        editLevel("Fill",
+                  [this](clsLevel& level) { fillCellRectangle(level, *brushCells_, selection_); });
+    } else if (mode_ == tilesMode) {
         editLevel("Fill", [this](clsLevel& level) {
             level.fillTileRectangle(brush_, selection_, autoPlaceSpecials_);
         });

@@ -88,8 +88,11 @@ void frmMain::buildPanels() {
     for (PanelDock* dock : {overviewDock_, specialsDock_, historyDock_}) {
         dock->setFocusPolicy(Qt::NoFocus);
         connect(dock, &PanelDock::closedByUser, this, [this] {
-            savePanels();
+            // The room may stay the same (a panel beside another), so the
+            // status bar and the check marks are brought up to date here.
+            renderLevel();
             viewMenu_->sync();
+            savePanels();
         });
     }
     connect(overview_, &OverviewPanel::cellChosen, this, &frmMain::centreView);
@@ -150,8 +153,9 @@ void frmMain::buildViewMenu() {
 
 void frmMain::togglePanel(PanelDock& dock) {
     dock.setVisible(dock.isHidden());
-    savePanels();
     renderLevel();
+    // After the redraw, so that a failure to write stays in the status bar.
+    savePanels();
 }
 
 void frmMain::restorePanels() {
@@ -338,6 +342,8 @@ void frmMain::refreshNavigation() {
     if (!specialsDock_->isHidden()) {
         specialsList_->showLevel(level, opened_->specialSet);
     }
+    // The view may have moved under a still pointer, or the cell changed.
+    showCellStatus();
     lblViewRange_->setVisible(!overviewDock_->isHidden());
     lblViewRange_->setText(QString("View (%1, %2) - (%3, %4)")
                                .arg(shown.left)

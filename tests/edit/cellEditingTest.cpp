@@ -246,6 +246,28 @@ TEST_F(CellEditing, SpecialsModeFloodsBySpecialWhateverTheTiles) {
     EXPECT_EQ(level_.cellAt(2, 0).tile, 9) << "tiles stay";
 }
 
+TEST_F(CellEditing, ARectangleFillOfCellsRepeatsThemOverWhatTheTileFillCovers) {
+    draw({
+        "....",
+        "....",
+        "....",
+    });
+    CellBlock pattern(2, 1);
+    pattern.at(0, 0) = Cell{3, 7, 0};
+    pattern.at(1, 0) = Cell{4, 0, 0};
+    // Past the right and bottom edges: the part on the map, from the corner.
+    fillCellRectangle(level_, pattern, area(1, 1, 5, 5));
+    EXPECT_EQ(tiles(), (std::vector<std::string>{"0000", "0343", "0343"}));
+    EXPECT_EQ(level_.cellAt(1, 2).special, 7) << "the block's own special";
+    EXPECT_EQ(level_.cellAt(2, 2).special, 0) << "not the tile's default";
+
+    // A left edge off the map fills nothing, as the tile fill does.
+    draw({"....", "...."});
+    fillCellRectangle(level_, pattern, area(-1, 0, 3, 1));
+    level_.fillTileRectangle(pattern.tiles(), area(-1, 0, 3, 1), false);
+    EXPECT_EQ(tiles(), (std::vector<std::string>{"0000", "0000"}));
+}
+
 TEST_F(CellEditing, CopyClearStampAndReplace) {
     draw({
         ".o#.",
@@ -283,7 +305,7 @@ TEST_F(CellEditing, CopyClearStampAndReplace) {
 TEST(CellClipboard, BytesRoundTripAndDamageIsNamed) {
     CellBlock block(3, 2);
     block.at(0, 0) = Cell{1023, 63, 0};
-    block.at(2, 1) = Cell{-1, 255, 0};
+    block.at(2, 1) = Cell{512, 255, 0};
     const std::vector<std::uint8_t> bytes = encodeCells(block);
     ASSERT_EQ(bytes.size(), 10U + 6 * 3);
     EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 4), "MVKC");
@@ -303,6 +325,10 @@ TEST(CellClipboard, BytesRoundTripAndDamageIsNamed) {
     empty[7] = 0;
     // 65535 x 65535 cells, whatever bytes follow, are refused before any
     // block is made.
+    // Tile 1024 would lose its top bit when the level is saved.
+    auto bigTile = bytes;
+    bigTile[10] = 0x04;
+    bigTile[11] = 0x00;
     auto huge = bytes;
     std::fill(huge.begin() + 6, huge.begin() + 10, 0xFF);
     for (const auto& [damaged, words] :
@@ -310,6 +336,7 @@ TEST(CellClipboard, BytesRoundTripAndDamageIsNamed) {
                                                                         {badMagic, "mark"},
                                                                         {newer, "version 2"},
                                                                         {empty, "empty"},
+                                                                        {bigTile, "tile 1024"},
                                                                         {huge, "more than a brush"},
                                                                         {{}, "mark"}}) {
         try {
@@ -339,6 +366,7 @@ TEST(CellClipboard, TextIsTheGridOfTileNumbers) {
                                                           {"1 2\nfish 3\n", "line 2"},
                                                           {"1 -2\n", "line 1"},
                                                           {"1 2x\n", "line 1"},
+                                                          {"0\n1024\n", "line 2"},
                                                           {"\n \n", "no tile"}}) {
         try {
             cellsFromText(text);

@@ -4,12 +4,14 @@
 #include "data/floodFill.h"
 #include "ui/HistoryPanel.h"
 #include "ui/PictureBox.h"
+#include "ui/systemClipboard.h"
 
 #include <QAction>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -281,6 +283,42 @@ TEST_F(EditingTools, CutCellsTravelToAnotherLevelWithTheirSpecials) {
     EXPECT_EQ(*window_->brushCells(), cut) << "the brush stays";
 }
 
+TEST_F(EditingTools, ACtrlDragFillWithPastedCellsPutsDownTheirOwnSpecials) {
+    start();
+    // A tile whose default special differs from the one the pasted cell carries.
+    std::int16_t tile = 1;
+    while (tile < 1023 && level().getDefaultSpecial(tile) == 0) {
+        ++tile;
+    }
+    const std::uint8_t carried = level().getDefaultSpecial(tile) == 7 ? 9 : 7;
+    CellBlock pasted(2, 1);
+    pasted.at(0, 0) = Cell{tile, carried, 0};
+    pasted.at(1, 0) = Cell{tile, 0, 0};
+    putCellsOnClipboard(pasted);
+    ctrlKey(Qt::Key_V);
+    ASSERT_NE(window_->brushCells(), nullptr);
+
+    const auto before = grid();
+    QTest::keyPress(window_, Qt::Key_Control);
+    QTest::mousePress(&view(), Qt::LeftButton, Qt::ControlModifier, cell(10, 4));
+    QTest::mouseMove(&view(), cell(14, 5));
+    QTest::mouseRelease(&view(), Qt::LeftButton, Qt::ControlModifier, cell(14, 5));
+    QTest::keyRelease(window_, Qt::Key_Control);
+    EXPECT_EQ(window_->history().nextUndo(), "Fill");
+    for (int y = 4; y <= 5; ++y) {
+        for (int x = 10; x <= 14; ++x) {
+            const Cell& now = level().cellAt(x, y);
+            EXPECT_EQ(now.tile, tile) << x << "," << y;
+            EXPECT_EQ(now.special, (x - 10) % 2 == 0 ? carried : 0) << x << "," << y;
+        }
+    }
+    Cell past;
+    std::memcpy(&past, &before[static_cast<std::size_t>(4 * level().width + 15) * 4], 4);
+    EXPECT_EQ(level().cellAt(15, 4), past) << "the column past the rectangle stays";
+    window_->editUndo();
+    EXPECT_EQ(grid(), before);
+}
+
 TEST_F(EditingTools, HistoryClicksGiveBackEachStepsGridAndSurviveDroppedSteps) {
     start(3);
     action("itmViewHistory").trigger();
@@ -314,6 +352,28 @@ TEST_F(EditingTools, HistoryClicksGiveBackEachStepsGridAndSurviveDroppedSteps) {
     QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(30, 2));
     EXPECT_EQ(panel.entries(), (QStringList{"Earlier steps", "Paint", "Paint", "Bucket Fill"}));
     EXPECT_EQ(panel.currentEntry(), 3);
+}
+
+TEST_F(EditingTools, FewerUndoLevelsInTheOptionsShowInTheHistoryAtOnce) {
+    start();
+    action("itmViewHistory").trigger();
+    for (int step = 0; step < 4; ++step) {
+        QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(2 + step, 2));
+    }
+    ASSERT_EQ(window_->historyPanel().entries().size(), 5);
+    whenModal([](QWidget& options) {
+        child<QLineEdit>(options, "txtUndoLevels").setText("2");
+        child<QPushButton>(options, "cmdOk").click();
+    });
+    window_->toolsOptions();
+    EXPECT_EQ(window_->historyPanel().entries(), (QStringList{"Earlier steps", "Paint", "Paint"}));
+    EXPECT_EQ(window_->historyPanel().currentEntry(), 2);
+    // The oldest kept state is one click away, and no further.
+    auto& list = child<QListWidget>(window_->historyPanel(), "lstHistory");
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                      list.visualItemRect(list.item(0)).center());
+    EXPECT_TRUE(window_->history().nextUndo().empty());
+    EXPECT_EQ(window_->history().nextRedo(), "Paint");
 }
 
 TEST_F(EditingTools, ReplaceTileCountsTheCellsItChanges) {

@@ -12,8 +12,10 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QScrollBar>
 #include <QSpinBox>
+#include <QStatusBar>
 #include <QTableView>
 #include <QTest>
 
@@ -110,6 +112,38 @@ TEST_F(Navigation, TheWheelScrollsThreeCellsANotchDownOrAcrossWithShift) {
         wheel({0, -120});
     }
     EXPECT_EQ(at(), std::pair(96, farDown()));
+}
+
+TEST_F(Navigation, TheStatusBarNamesTheCellUnderAStillPointerAfterEachMoveAndEdit) {
+    start();
+    const auto status = [this] { return window_->statusBar()->currentMessage(); };
+    // The pointer rests on cell (5, 4) from here on.
+    const QPointF rest(PictureBox::border + 2 * (16 * 5 + 8),
+                       PictureBox::border + 2 * (16 * 4 + 8));
+    QMouseEvent move(QEvent::MouseMove, rest, view().mapToGlobal(rest), Qt::NoButton, Qt::NoButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(&view(), &move);
+    EXPECT_TRUE(status().startsWith("Cell (5, 4)")) << status().toStdString();
+    press(Qt::Key_Right);
+    EXPECT_TRUE(status().startsWith("Cell (6, 4)")) << status().toStdString();
+    wheel({0, -120});
+    EXPECT_TRUE(status().startsWith("Cell (6, 7)")) << status().toStdString();
+    window_->centreView(200, 60);
+    const CellRange shown = visibleCells(camera(), 16, 300, 84);
+    EXPECT_TRUE(
+        status().startsWith(QString("Cell (%1, %2)").arg(shown.left + 5).arg(shown.top + 4)))
+        << status().toStdString();
+
+    // An undo under the pointer names the tile the cell holds again.
+    const clsLevel& level = window_->openedLevel()->level;
+    const int x = shown.left + 5;
+    const int y = shown.top + 4;
+    const int before = level.cellAt(x, y).tile;
+    const std::int16_t other = before == 7 ? std::int16_t{8} : std::int16_t{7};
+    window_->editLevel("Paint", [&](clsLevel& edited) { edited.cellAt(x, y).tile = other; });
+    EXPECT_TRUE(status().contains(QString("Tile %1 ").arg(other))) << status().toStdString();
+    window_->editUndo();
+    EXPECT_TRUE(status().contains(QString("Tile %1 ").arg(before))) << status().toStdString();
 }
 
 TEST_F(Navigation, ScrollBarsFollowEveryMoveAndMoveTheViewWhenDragged) {
@@ -273,6 +307,19 @@ TEST_F(Navigation, OpenPanelsAreKeptInTheSettingsAndSurviveTheOptionsDialog) {
     EXPECT_EQ(std::get<std::string>(withHistory.ReadSetting("openPanels", 0, false)), "history");
 }
 
+TEST_F(Navigation, ClosingTheOverviewBesideTheSpecialsListTakesTheViewRangeOffTheStatusBar) {
+    start();
+    action("itmViewSpecialsList").trigger();
+    const auto& range = child<QLabel>(*window_, "lblViewRange");
+    EXPECT_TRUE(range.isVisible());
+    child<QDockWidget>(*window_, "dockOverview").close();
+    QApplication::processEvents();
+    EXPECT_FALSE(range.isVisible());
+    EXPECT_FALSE(action("itmViewOverview").isChecked());
+    QTest::keyClick(&view(), Qt::Key_M);
+    EXPECT_TRUE(range.isVisible());
+}
+
 TEST_F(Navigation, TheSpecialsListHasARowPerPlacedSpecialAndARowMovesTheView) {
     start();
     action("itmViewSpecialsList").trigger();
@@ -308,6 +355,34 @@ TEST_F(Navigation, TheSpecialsListHasARowPerPlacedSpecialAndARowMovesTheView) {
     EXPECT_EQ(list.visibleRows(), 0);
     filter.clear();
     EXPECT_EQ(list.visibleRows(), int(placedSpecials(level).size()));
+}
+
+TEST_F(Navigation, TypingInTheSpecialsFilterLeavesTheViewWhereItIs) {
+    start();
+    action("itmViewSpecialsList").trigger();
+    auto& table = child<QTableView>(*window_, "lstSpecials");
+    const int rows = table.model()->rowCount();
+    ASSERT_GT(rows, 1);
+    const QString firstName = table.model()->index(0, 1).data().toString();
+    int other = rows - 1;
+    while (other > 0 && table.model()->index(other, 1).data().toString() == firstName) {
+        --other;
+    }
+    ASSERT_GT(other, 0) << "the sample level has specials of two kinds";
+    const QString otherName = table.model()->index(other, 1).data().toString();
+
+    table.selectRow(0);
+    press(Qt::Key_End, Qt::ControlModifier);
+    const auto parked = at();
+    // The chosen row goes as the filter is typed; the view stays.
+    QTest::keyClicks(&child<QLineEdit>(*window_, "txtSpecialsFilter"), otherName);
+    ASSERT_GT(table.model()->rowCount(), 0);
+    EXPECT_EQ(at(), parked);
+    // A row clicked after the filter still moves the view there.
+    const QModelIndex first = table.model()->index(0, 0);
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, table.visualRect(first).center());
+    const int x = first.data(Qt::UserRole + 1).toInt();
+    EXPECT_EQ(camera().x, std::clamp(x * 16 + 8 - camera().viewWidth / 2, 0, farRight()));
 }
 
 TEST_F(Navigation, GoToCellCentresTheViewThereAndTheCornerShowsTheCorner) {
