@@ -2,6 +2,7 @@
 #include "ui/frmMain.h"
 
 #include "app/SharedObjects.h"
+#include "app/autosave.h"
 #include "app/qtPaths.h"
 #include "data/openLevel.h"
 #include "data/tilePalette.h"
@@ -121,6 +122,10 @@ void frmMain::levelMoved(int buttons, int shift, float x, float y) {
     } else if (leftHeld && toolDragOn()) {
         ToolContext context = toolContext(shift, x, y);
         activeTool().drag(context);
+        // A long stroke goes on changing the level after its one undo step.
+        if (opened_->level.modified) {
+            autosave_->changed();
+        }
         renderLevel();
     } else if (leftHeld &&
                ((dragState_ == copying && mode_ == tilesMode) || dragState_ == filling)) {

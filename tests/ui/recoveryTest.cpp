@@ -7,6 +7,7 @@
 #include "data/clsLevel.h"
 #include "data/levelRecovery.h"
 #include "io/packedFile.h"
+#include "ui/PictureBox.h"
 #include "ui/frmOptions.h"
 
 #include <QAction>
@@ -15,7 +16,9 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QPushButton>
+#include <QTest>
 #include <QUrl>
 
 namespace marvek::test {
@@ -129,6 +132,27 @@ TEST_F(Recovery, UnsavedWorkIsKeptAfterTheTimerAndGoesOnSaveOrDiscard) {
     messages_->answers = {messageAnswer::no};
     EXPECT_TRUE(window.close());
     EXPECT_FALSE(fs::exists(copy()));
+}
+
+TEST_F(Recovery, ALongStrokeIsKeptAlsoAfterTheCopyMadeDuringIt) {
+    frmMain& window = startWithHandTimer();
+    auto& view = *window.findChild<PictureBox*>("picLevel");
+    const auto cellPoint = [&](int x, int y) {
+        const int pitch = window.openedLevel()->level.tileSpacing;
+        const clsCamera& camera = window.levelCamera();
+        return QPoint((x * pitch + 8 - camera.x) * 2, (y * pitch + 8 - camera.y) * 2);
+    };
+    QTest::mousePress(&view, Qt::LeftButton, {}, cellPoint(2, 3));
+    ASSERT_TRUE(timer_->active);
+    timer_->fire();
+    const auto brushTile = static_cast<std::int16_t>(window.brush().at(0, 0));
+    QMouseEvent move(QEvent::MouseMove, cellPoint(6, 3), view.mapToGlobal(cellPoint(6, 3)),
+                     Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&view, &move);
+    ASSERT_TRUE(timer_->active) << "the stroke's later cells wait for the next copy";
+    timer_->fire();
+    EXPECT_EQ(readLevel(copy()).level.cellAt(6, 3).tile, brushTile);
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, cellPoint(6, 3));
 }
 
 TEST_F(Recovery, WorkNotSavedStaysKeptUntilAnotherLevelReallyReplacesIt) {
