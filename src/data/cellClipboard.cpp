@@ -11,9 +11,6 @@ constexpr std::uint8_t magic[] = {'M', 'V', 'K', 'C'};
 constexpr std::uint16_t version = 1;
 constexpr std::size_t headerSize = sizeof(magic) + 3 * 2;
 constexpr std::size_t bytesPerCell = 3;
-// A level file keeps 10 bits of a tile: a larger number would change when
-// the level is saved.
-constexpr std::int32_t largestTile = 1023;
 
 void putWord(std::vector<std::uint8_t>& out, std::uint16_t word) {
     out.push_back(static_cast<std::uint8_t>(word >> 8));
@@ -75,9 +72,9 @@ CellBlock decodeCells(std::span<const std::uint8_t> bytes) {
         for (std::int32_t x = 0; x < width; ++x) {
             Cell& cell = block.at(x, y);
             const std::uint16_t tile = wordAt(bytes, offset);
-            if (tile > largestTile) {
+            if (tile > clsLevel::largestFileTile) {
                 throw CellClipboardError("the clipboard's cells hold tile " + std::to_string(tile) +
-                                         ", above " + std::to_string(largestTile) +
+                                         ", above " + std::to_string(clsLevel::largestFileTile) +
                                          ", the largest a level keeps");
             }
             cell.tile = static_cast<std::int16_t>(tile);
@@ -129,10 +126,10 @@ CellBlock cellsFromText(const std::string& text) {
                 throw CellClipboardError("line " + std::to_string(lineNumber) +
                                          " of the clipboard's text is not a row of tile numbers");
             }
-            if (tile > largestTile) {
+            if (tile > clsLevel::largestFileTile) {
                 throw CellClipboardError(
                     "line " + std::to_string(lineNumber) + " of the clipboard's text holds tile " +
-                    std::to_string(tile) + ", above " + std::to_string(largestTile) +
+                    std::to_string(tile) + ", above " + std::to_string(clsLevel::largestFileTile) +
                     ", the largest a level keeps");
             }
             row.push_back(tile);

@@ -52,6 +52,8 @@ public:
     static constexpr std::size_t ccclSize = 64;
     // Entries of the default-special table written to a file.
     static constexpr std::size_t fileDefaultSpecials = 1024;
+    // The largest tile number a file's 10-bit field keeps.
+    static constexpr std::int32_t largestFileTile = 1023;
 
     std::int32_t width = 0;
     std::int32_t height = 0;

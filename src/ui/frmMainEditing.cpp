@@ -33,9 +33,6 @@
 namespace marvek {
 namespace {
 
-// Tile numbers a level file can hold.
-constexpr std::int32_t largestTile = 1023;
-
 struct ToolEntry {
     frmMain::Tool tool;
     const char* name;
@@ -291,7 +288,8 @@ void frmMain::editReplaceTile() {
     const std::int32_t underPointer =
         level.contains(cell.x(), cell.y()) ? level.cellAt(cell.x(), cell.y()).tile : brushTile;
     const auto& selection = selectTool_->selection();
-    if (!replaceTile_->showModal(underPointer, brushTile, largestTile, selection.has_value())) {
+    if (!replaceTile_->showModal(underPointer, brushTile, clsLevel::largestFileTile,
+                                 selection.has_value())) {
         return;
     }
     const std::int32_t from = replaceTile_->from();
