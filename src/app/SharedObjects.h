@@ -9,10 +9,12 @@
 #include "graphics/clsFont.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace marvek {
 
@@ -58,6 +60,11 @@ struct SharedObjects {
     std::optional<std::filesystem::path> runDataFolder;
     std::optional<std::filesystem::path> startupLevel;
     std::optional<std::string> startupConfiguration;
+    // The command line's levels after the first, each opened in a tab.
+    std::vector<std::filesystem::path> moreStartupLevels;
+    // Told, when set, of an edit that changed cells outside the range it
+    // named: the test suite's check, which compares whole grids.
+    std::function<void(const std::string& step)> editRangeFault;
 };
 
 } // namespace marvek

@@ -50,7 +50,7 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments, const QString& 
     parser.setApplicationDescription("Marvek, the level editor for the Amiga CD32 game Thornwick.");
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     const QCommandLineOption config("config",
-                                    "The level configuration to open LEVEL with (default: the "
+                                    "The level configuration to open the levels with (default: the "
                                     "one in the options).",
                                     "NAME");
     const QCommandLineOption data("data",
@@ -60,7 +60,8 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments, const QString& 
     const QCommandLineOption help({"h", "help"}, "Shows this help.");
     const QCommandLineOption showVersion("version", "Shows the version.");
     parser.addOptions({config, data, help, showVersion});
-    parser.addPositionalArgument("LEVEL", "A level file to open at start-up.", "[LEVEL]");
+    parser.addPositionalArgument("LEVEL", "Level files to open at start-up, each in a tab.",
+                                 "[LEVEL...]");
 
     if (!parser.parse(withoutQtOptions(arguments))) {
         return mistake(parser.errorText());
@@ -74,9 +75,6 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments, const QString& 
         return ending(0, "marvek " + version + "\n", false);
     }
     const QStringList positional = parser.positionalArguments();
-    if (positional.size() > 1) {
-        return mistake("one level at a time, not " + positional.join(' '));
-    }
     for (const QCommandLineOption* option : {&config, &data}) {
         if (parser.values(*option).size() > 1) {
             return mistake("--" + option->names().constFirst() + " given twice");
@@ -92,6 +90,12 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments, const QString& 
             return mistake("the level's name is empty");
         }
         run.level = toPath(positional.constFirst());
+        for (const QString& more : positional.mid(1)) {
+            if (more.isEmpty()) {
+                return mistake("the level's name is empty");
+            }
+            run.moreLevels.push_back(toPath(more));
+        }
     }
     if (parser.isSet(config)) {
         if (!run.level) {

@@ -5,13 +5,16 @@
 
 #include <filesystem>
 #include <optional>
+#include <vector>
 
 namespace marvek {
 
 // What the editor was asked for on its command line:
-//   marvek [LEVEL] [--config NAME] [--data DIR]
+//   marvek [LEVEL...] [--config NAME] [--data DIR]
 struct CommandLine {
     std::optional<std::filesystem::path> level;
+    // The levels after the first, each for a tab of its own.
+    std::vector<std::filesystem::path> moreLevels;
     std::optional<QString> configuration;
     std::optional<std::filesystem::path> dataFolder;
 };
@@ -26,7 +29,7 @@ struct CommandLineExit {
 inline constexpr int exitBadArguments = 2;
 
 inline const QString commandLineUsage =
-    "Usage: marvek [LEVEL] [--config NAME] [--data DIR] [--help] [--version]";
+    "Usage: marvek [LEVEL...] [--config NAME] [--data DIR] [--help] [--version]";
 
 // arguments include the program's name first, as QCoreApplication gives them.
 // Either what to open, or what to print and the status to end with.

@@ -65,6 +65,9 @@ void useCommandLine(SharedObjects& shared, const CommandLine& commandLine) {
             shared.startupConfiguration = commandLine.configuration->toStdString();
         }
         shared.runDataFolder = level.parent_path();
+        for (const fs::path& more : commandLine.moreLevels) {
+            shared.moreStartupLevels.push_back(madeAbsolute(more));
+        }
     }
     if (commandLine.dataFolder) {
         shared.runDataFolder = madeAbsolute(*commandLine.dataFolder);

@@ -1,7 +1,6 @@
 #include "data/UndoHistory.h"
 
 #include "data/clsLevel.h"
-#include "native/marvek.h"
 
 #include <algorithm>
 #include <utility>
@@ -9,7 +8,7 @@
 namespace marvek {
 
 void UndoHistory::clear() {
-    undoInit();
+    store_.clear();
     undoNames_.clear();
     redoNames_.clear();
     dropped_ = false;
@@ -17,7 +16,7 @@ void UndoHistory::clear() {
 
 void UndoHistory::setMaximum(std::int32_t maximum) {
     maximum_ = static_cast<std::size_t>(std::max(maximum, 0));
-    undoSetMax(static_cast<std::int32_t>(maximum_));
+    store_.setMaximum(maximum_);
     for (auto* names : {&undoNames_, &redoNames_}) {
         while (names->size() > maximum_) {
             names->pop_front();
@@ -27,13 +26,15 @@ void UndoHistory::setMaximum(std::int32_t maximum) {
 }
 
 void UndoHistory::record(const clsLevel& level, std::string name) {
-    level.addUndo();
+    if (maximum_ > 0) {
+        store_.add(level.cells().data(), level.cellBytes());
+    }
     redoNames_.clear();
     dropped_ = push(undoNames_, std::move(name), maximum_) || dropped_;
 }
 
 std::string UndoHistory::undo(clsLevel& level) {
-    if (undoNames_.empty() || !level.restoreUndo()) {
+    if (undoNames_.empty() || level.cells().empty() || !store_.undo(level.cells().data())) {
         return {};
     }
     std::string name = std::move(undoNames_.back());
@@ -43,7 +44,7 @@ std::string UndoHistory::undo(clsLevel& level) {
 }
 
 std::string UndoHistory::redo(clsLevel& level) {
-    if (redoNames_.empty() || !level.restoreRedo()) {
+    if (redoNames_.empty() || level.cells().empty() || !store_.redo(level.cells().data())) {
         return {};
     }
     std::string name = std::move(redoNames_.back());

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "native/undoStore.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -11,9 +13,9 @@ namespace marvek {
 class clsLevel;
 
 // The edited level's undo and redo steps, each with the name a menu shows
-// ("Paint", "Fill"). The grids themselves live in the native undo store,
-// which holds one level's snapshots at a time; the names follow it step for
-// step, under the same bound.
+// ("Paint", "Fill"). Each history keeps its own grid snapshots, so two
+// levels open at once never share them; the names follow the snapshots step
+// for step, under the same bound.
 class UndoHistory {
 public:
     // Empties the store and the names: call before another level is edited.
@@ -45,6 +47,7 @@ private:
     // True when the oldest name gave way.
     static bool push(std::deque<std::string>& names, std::string name, std::size_t maximum);
 
+    UndoStore store_;
     std::deque<std::string> undoNames_;
     std::deque<std::string> redoNames_;
     std::size_t maximum_ = 50;

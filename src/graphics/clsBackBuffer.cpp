@@ -1,5 +1,6 @@
 #include "graphics/clsBackBuffer.h"
 
+#include <algorithm>
 #include <limits>
 #include <new>
 #include <stdexcept>
@@ -78,8 +79,26 @@ void clsBackBuffer::Present(clsPresentTarget& target) {
         target.present(pixels_.data(), bitmapWidth_, bitmapHeight_);
         break;
     default:
+        presentScaled(target);
         break;
     }
+}
+
+void clsBackBuffer::presentScaled(clsPresentTarget& target) {
+    const std::uint32_t* source = surfaceGetDataPtr(surface_.get());
+    const auto zoom = static_cast<std::size_t>(zoom_);
+    const auto bitmapWidth = static_cast<std::size_t>(bitmapWidth_);
+    for (std::int32_t y = 0; y < height_; ++y) {
+        std::uint32_t* row = pixels_.data() + std::size_t(y) * zoom * bitmapWidth;
+        const std::uint32_t* from = source + std::size_t(y) * std::size_t(width_);
+        for (std::int32_t x = 0; x < width_; ++x) {
+            std::fill_n(row + std::size_t(x) * zoom, zoom, from[x]);
+        }
+        for (std::size_t copy = 1; copy < zoom; ++copy) {
+            std::copy_n(row, bitmapWidth, row + copy * bitmapWidth);
+        }
+    }
+    target.present(pixels_.data(), bitmapWidth_, bitmapHeight_);
 }
 
 } // namespace marvek

@@ -29,8 +29,9 @@ public:
     // Create with the new size and the current zoom.
     bool Resize(std::int32_t width, std::int32_t height);
     void Clear();
-    // Zoom 1 hands the surface's own pixels to the target; zoom 2 doubles
-    // them into the pixel memory first; any other zoom shows nothing. The
+    // Zoom 1 hands the surface's own pixels to the target; a larger zoom
+    // repeats each of them zoom times across and down into the pixel memory
+    // first. The
     // pixels stay where they are until the buffer is made anew, so a target
     // may keep showing them. Allocates nothing.
     void Present(clsPresentTarget& target);
@@ -45,6 +46,7 @@ public:
 
 private:
     void release() noexcept;
+    void presentScaled(clsPresentTarget& target);
 
     UniqueSurface surface_;
     std::int32_t width_ = 0;

@@ -3,41 +3,63 @@
 #include "data/clsLevel.h"
 #include "data/lineWalk.h"
 #include "specials/clsSpecial.h"
-#include "ui/frmMain.h"
+#include "ui/EditingState.h"
 
 namespace marvek {
 
-std::int32_t BrushTool::press(ToolContext& context) {
+bool BrushTool::press(ToolContext& context) {
     lastCell_ = context.cell;
-    if (context.mode == frmMain::tilesMode) {
-        context.edit("Paint",
-                     [&](clsLevel&) { putDown(context, context.cell.x(), context.cell.y()); });
-        return painting;
+    strokeMode_ = 0;
+    const CellRange range = footprint(context, context.cell);
+    if (context.mode == editingMode::tiles) {
+        context.edit("Paint", range, [&](clsLevel& level) {
+            putDown(context, level, context.cell.x(), context.cell.y());
+        });
+        strokeMode_ = context.mode;
+        return true;
     }
     // Placing specials takes a plain click; other masks do nothing.
     if (context.shift != 0) {
-        return 0;
+        return false;
     }
-    context.edit("Place Special",
-                 [&](clsLevel&) { putDown(context, context.cell.x(), context.cell.y()); });
-    return placing;
+    context.edit("Place Special", range, [&](clsLevel& level) {
+        putDown(context, level, context.cell.x(), context.cell.y());
+    });
+    strokeMode_ = context.mode;
+    return true;
 }
 
 void BrushTool::drag(ToolContext& context) {
     const QPoint from = lastCell_;
-    walkLine(from.x(), from.y(), context.cell.x(), context.cell.y(),
-             [&](std::int32_t x, std::int32_t y) {
-                 // The stroke's previous cell was put down by the last event.
-                 if (x != from.x() || y != from.y()) {
-                     putDown(context, x, y);
-                 }
-             });
+    const CellRange range = unite(footprint(context, from), footprint(context, context.cell));
+    context.continueEdit(range, [&](clsLevel& level) {
+        walkLine(from.x(), from.y(), context.cell.x(), context.cell.y(),
+                 [&](std::int32_t x, std::int32_t y) {
+                     // The stroke's previous cell was put down by the last event.
+                     if (x != from.x() || y != from.y()) {
+                         putDown(context, level, x, y);
+                     }
+                 });
+    });
     lastCell_ = context.cell;
 }
 
-void BrushTool::putDown(ToolContext& context, std::int32_t x, std::int32_t y) {
-    clsLevel& level = context.level;
-    if (context.mode == frmMain::tilesMode) {
+CellRange BrushTool::footprint(const ToolContext& context, QPoint cell) {
+    std::int32_t width = 1;
+    std::int32_t height = 1;
+    if (context.mode == editingMode::tiles) {
+        width = context.brush.cells != nullptr ? context.brush.cells->width()
+                                               : context.brush.tiles.width();
+        height = context.brush.cells != nullptr ? context.brush.cells->height()
+                                                : context.brush.tiles.height();
+    }
+    return {cell.x(), cell.y(), cell.x() + std::max(width, 1) - 1,
+            cell.y() + std::max(height, 1) - 1};
+}
+
+void BrushTool::putDown(const ToolContext& context, clsLevel& level, std::int32_t x,
+                        std::int32_t y) {
+    if (context.mode == editingMode::tiles) {
         if (context.brush.cells != nullptr) {
             stampCells(level, *context.brush.cells, x, y);
         } else {
@@ -49,7 +71,7 @@ void BrushTool::putDown(ToolContext& context, std::int32_t x, std::int32_t y) {
 }
 
 void BrushTool::preview(const ToolPreview& view) const {
-    if (view.mode == frmMain::tilesMode) {
+    if (view.mode == editingMode::tiles) {
         view.level.renderSelectMap(view.backBuffer, view.camera, view.tileSet, view.brush.tiles,
                                    view.pixelX, view.pixelY);
     } else if (view.selectedSpecial != nullptr) {

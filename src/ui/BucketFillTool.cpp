@@ -5,25 +5,39 @@
 #include "data/floodFill.h"
 #include "native/marvek.h"
 #include "specials/clsSpecial.h"
-#include "ui/frmMain.h"
+#include "ui/EditingState.h"
 
 namespace marvek {
 namespace {
 
 RegionKey keyFor(std::int32_t mode) {
-    return mode == frmMain::tilesMode ? RegionKey::tile : RegionKey::special;
+    return mode == editingMode::tiles ? RegionKey::tile : RegionKey::special;
+}
+
+// The rows and columns the region reaches.
+CellRange regionRange(const CellRegion& region) {
+    CellRange range{region.width(), region.height(), -1, -1};
+    for (std::int32_t y = 0; y < region.height(); ++y) {
+        const std::uint8_t* flags = region.row(y);
+        for (std::int32_t x = 0; x < region.width(); ++x) {
+            if ((flags[x] & 1U) != 0) {
+                range = unite(range, {x, y, x, y});
+            }
+        }
+    }
+    return range;
 }
 
 } // namespace
 
-std::int32_t BucketFillTool::press(ToolContext& context) {
+bool BucketFillTool::press(ToolContext& context) {
     if (context.shift != 0 || !context.level.contains(context.cell.x(), context.cell.y())) {
-        return 0;
+        return false;
     }
     const std::int32_t x = context.cell.x();
     const std::int32_t y = context.cell.y();
     const CellRegion region = floodRegion(context.level, x, y, keyFor(context.mode));
-    if (context.mode == frmMain::tilesMode) {
+    if (context.mode == editingMode::tiles) {
         const BrushPattern& brush = context.brush;
         const CellBlock pattern =
             brush.cells != nullptr ? *brush.cells : CellBlock::fromTiles(brush.tiles);
@@ -31,13 +45,14 @@ std::int32_t BucketFillTool::press(ToolContext& context) {
         const PatternSpecials specials = brush.cells != nullptr      ? PatternSpecials::carried
                                          : context.autoPlaceSpecials ? PatternSpecials::tileDefaults
                                                                      : PatternSpecials::keep;
-        context.edit("Bucket Fill",
+        context.edit("Bucket Fill", regionRange(region),
                      [&](clsLevel& level) { fillRegion(level, region, pattern, x, y, specials); });
     } else if (context.selectedSpecial != nullptr) {
         const auto id = static_cast<std::uint8_t>(context.selectedSpecial->Id);
-        context.edit("Bucket Fill", [&](clsLevel& level) { fillRegionSpecial(level, region, id); });
+        context.edit("Bucket Fill", regionRange(region),
+                     [&](clsLevel& level) { fillRegionSpecial(level, region, id); });
     }
-    return 0;
+    return false;
 }
 
 void BucketFillTool::preview(const ToolPreview& view) const {

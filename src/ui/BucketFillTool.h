@@ -10,7 +10,8 @@ namespace marvek {
 class BucketFillTool final : public LevelTool {
 public:
     QString name() const override { return "Bucket Fill"; }
-    std::int32_t press(ToolContext& context) override;
+    bool press(ToolContext& context) override;
+    bool dragsIn(std::int32_t /*mode*/) const override { return false; }
     void drag(ToolContext& /*context*/) override {}
     void preview(const ToolPreview& view) const override;
 };

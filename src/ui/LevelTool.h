@@ -3,12 +3,16 @@
 #include "data/CellBlock.h"
 #include "data/TileGrid.h"
 #include "data/clsRenderOptions.h"
+#include "data/levelOverview.h"
+#include "graphics/clsRectangle.h"
 
 #include <QPoint>
 #include <QString>
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace marvek {
@@ -26,9 +30,13 @@ struct BrushPattern {
     const CellBlock* cells = nullptr;
 };
 
-// What a tool works with while handling one pointer event.
+using LevelChange = std::function<void(clsLevel&)>;
+
+// What a tool works with while handling one pointer event. The level is
+// read-only: a tool changes it only through edit and continueEdit, naming
+// the cells it may touch.
 struct ToolContext {
-    clsLevel& level;
+    const clsLevel& level;
     std::int32_t mode;
     // The modifier mask of the event: 1 Shift, 2 Ctrl, 4 Alt.
     int shift;
@@ -37,9 +45,23 @@ struct ToolContext {
     BrushPattern brush;
     const clsSpecial* selectedSpecial;
     bool autoPlaceSpecials;
-    // The main window's one way of changing the level: a named undo step.
-    std::function<void(const std::string&, const std::function<void(clsLevel&)>&)> edit;
+    // A named undo step.
+    std::function<void(const std::string&, const CellRange&, const LevelChange&)> edit;
+    // More cells of the step the press began.
+    std::function<void(const CellRange&, const LevelChange&)> continueEdit;
+    // The level's cell selection, or none.
+    std::function<void(std::optional<clsRectangle>)> select;
 };
+
+// The cells of a normalised rectangle.
+inline CellRange rangeOf(const clsRectangle& area) {
+    return {area.left, area.top, area.left + area.width, area.top + area.height};
+}
+// The smallest range holding both.
+inline CellRange unite(const CellRange& a, const CellRange& b) {
+    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
+            std::max(a.bottom, b.bottom)};
+}
 
 // What a tool draws over the level view while the pointer rests on it.
 struct ToolPreview {
@@ -57,9 +79,9 @@ struct ToolPreview {
     const clsSpecial* selectedSpecial;
 };
 
-// An editing tool of the level view. The main window keeps the gestures
-// that work with every tool (scrolling, Shift-copy, Ctrl-fill, Shift-pick)
-// and hands a tool the rest of the left button's work.
+// An editing tool of the level view. The view keeps the gestures that work
+// with every tool (scrolling, Shift-copy, Ctrl-fill, Shift-pick) and hands a
+// tool the rest of the left button's work.
 class LevelTool {
 public:
     LevelTool() = default;
@@ -69,8 +91,10 @@ public:
 
     // The name the tool bar and the status bar show.
     virtual QString name() const = 0;
-    // A left press; returns the drag state the press begins, 0 for none.
-    virtual std::int32_t press(ToolContext& context) = 0;
+    // A left press; true when it begins a drag of this tool.
+    virtual bool press(ToolContext& context) = 0;
+    // True when the tool's drag takes the pointer in this mode.
+    virtual bool dragsIn(std::int32_t mode) const = 0;
     // The pointer moved with the left button held during that drag.
     virtual void drag(ToolContext& context) = 0;
     // The left button let go at the end of that drag.

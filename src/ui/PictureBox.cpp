@@ -5,6 +5,8 @@
 #include <QWheelEvent>
 #include <qdrawutil.h>
 
+#include <algorithm>
+
 namespace marvek {
 namespace {
 
@@ -55,11 +57,21 @@ void PictureBox::clear() {
     update();
 }
 
+void PictureBox::setShrink(int divisor) {
+    shrink_ = std::max(divisor, 1);
+    update();
+}
+
 void PictureBox::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.fillRect(rect().adjusted(border, border, -border, -border), Qt::black);
-    if (!image_.isNull()) {
+    if (!image_.isNull() && shrink_ == 1) {
         painter.drawImage(border, border, image_);
+    } else if (!image_.isNull()) {
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(QRectF(border, border, double(image_.width()) / shrink_,
+                                 double(image_.height()) / shrink_),
+                          image_);
     }
     qDrawShadePanel(&painter, rect(), palette(), true, border);
 }
@@ -84,8 +96,10 @@ void PictureBox::mouseReleaseEvent(QMouseEvent* event) {
 
 void PictureBox::wheelEvent(QWheelEvent* event) {
     emit wheelTurned(event->angleDelta().y());
+    const QPointF at = event->position() - QPointF(border, border);
     emit wheelScrolled(event->angleDelta().x(), event->angleDelta().y(),
-                       shiftOf(event->modifiers()));
+                       shiftOf(event->modifiers()), static_cast<float>(at.x()),
+                       static_cast<float>(at.y()));
     event->accept();
 }
 

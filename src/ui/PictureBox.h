@@ -22,6 +22,8 @@ public:
     // Forgets the presented pixels: call before the back buffer that owns
     // them is made anew.
     void clear();
+    // Shows the picture divisor times smaller (a zoom below 100 %).
+    void setShrink(int divisor);
     // What the box shows now (empty before the first present).
     const QImage& image() const noexcept { return image_; }
 
@@ -31,8 +33,8 @@ signals:
     void pointerMoved(int buttons, int shift, float x, float y);
     void pointerReleased(int button, int shift, float x, float y);
     void wheelTurned(int delta);
-    // The whole turn: across and down, and the modifier mask.
-    void wheelScrolled(int dx, int dy, int shift);
+    // The whole turn: across and down, the modifier mask, and where.
+    void wheelScrolled(int dx, int dy, int shift, float x, float y);
     void pointerLeft();
 
 protected:
@@ -45,6 +47,7 @@ protected:
 
 private:
     QImage image_;
+    int shrink_ = 1;
 };
 
 } // namespace marvek

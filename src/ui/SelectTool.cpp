@@ -15,34 +15,34 @@ QPoint clampedToMap(const clsLevel& level, QPoint cell) {
 
 } // namespace
 
-std::int32_t SelectTool::press(ToolContext& context) {
+bool SelectTool::press(ToolContext& context) {
     if (context.shift != 0 || !context.level.contains(context.cell.x(), context.cell.y())) {
-        return 0;
+        return false;
     }
     anchor_ = context.cell;
-    spanTo(context.level, context.cell);
-    return selecting;
+    spanTo(context);
+    return true;
 }
 
 void SelectTool::drag(ToolContext& context) {
-    spanTo(context.level, context.cell);
+    spanTo(context);
 }
 
-void SelectTool::selectAll(const clsLevel& level) {
+clsRectangle SelectTool::wholeLevel(const clsLevel& level) {
     clsRectangle all;
     all.width = level.width - 1;
     all.height = level.height - 1;
-    selection_ = all;
+    return all;
 }
 
-void SelectTool::spanTo(const clsLevel& level, QPoint cell) {
-    const QPoint end = clampedToMap(level, cell);
+void SelectTool::spanTo(ToolContext& context) {
+    const QPoint end = clampedToMap(context.level, context.cell);
     clsRectangle area;
     area.left = std::min(anchor_.x(), end.x());
     area.top = std::min(anchor_.y(), end.y());
     area.width = std::abs(end.x() - anchor_.x());
     area.height = std::abs(end.y() - anchor_.y());
-    selection_ = area;
+    context.select(area);
 }
 
 } // namespace marvek

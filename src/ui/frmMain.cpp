@@ -1,47 +1,71 @@
-// The main window: its controls, menus, layout and keys.
+// The main window: its controls, menus, tabs and keys.
 #include "ui/frmMain.h"
 
 #include "app/SharedObjects.h"
 #include "app/autosave.h"
 #include "app/clsMessageBox.h"
+#include "app/qtPaths.h"
 #include "data/openLevel.h"
 #include "ui/BrushTool.h"
 #include "ui/BucketFillTool.h"
-#include "ui/HistoryPanel.h"
-#include "ui/PictureBox.h"
+#include "ui/LevelDocument.h"
+#include "ui/LevelView.h"
+#include "ui/PaletteStrip.h"
 #include "ui/SelectTool.h"
 #include "ui/ViewMenu.h"
-#include "ui/frmReplaceTile.h"
 #include "ui/windowPlacement.h"
 
+#include <QBoxLayout>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QMenuBar>
+#include <QMouseEvent>
 #include <QScrollBar>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QTabBar>
-
-#include <algorithm>
-#include <cmath>
 
 namespace marvek {
 namespace {
 
-// The tile palette shows 20 tiles of 16 pixels a row, inside the border.
-constexpr int paletteWidth = 20 * 16 + 2 * PictureBox::border;
 constexpr int margin = 4;
-// Room right of the level view for the gap, the palette's scroll bar and
-// the window's edge.
-constexpr int rightOfLevel = 16;
-constexpr double wheelStep = 7.5;
 
 const QString closingQuestion = "The level has been modified since you last saved it. Do you "
                                 "want to save it before quitting?";
 
+// Closes a tab on a middle click.
+class MiddleClickClose : public QObject {
+public:
+    MiddleClickClose(QTabBar& bar, std::function<void(int)> close)
+        : QObject(&bar), bar_(bar), close_(std::move(close)) {
+        bar.installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() != QEvent::MouseButtonRelease) {
+            return false;
+        }
+        const auto* mouse = static_cast<QMouseEvent*>(event);
+        const int index = bar_.tabAt(mouse->position().toPoint());
+        if (mouse->button() != Qt::MiddleButton || index < 0) {
+            return false;
+        }
+        close_(index);
+        return true;
+    }
+
+private:
+    QTabBar& bar_;
+    std::function<void(int)> close_;
+};
+
 } // namespace
 
 frmMain::frmMain(SharedObjects& shared, MainDialogs dialogs, QWidget* parent)
-    : QMainWindow(parent), shared_(shared), dialogs_(dialogs) {
+    : QMainWindow(parent), shared_(shared), dialogs_(dialogs),
+      makeTimer_([] { return std::make_unique<QtSingleShotTimer>(); }) {
     setObjectName("frmMain");
     setWindowTitle(QString(applicationTitle) + "[*]");
     buildWindow();
@@ -52,7 +76,12 @@ frmMain::frmMain(SharedObjects& shared, MainDialogs dialogs, QWidget* parent)
     updateCommands();
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain() {
+    // The views refer to their documents.
+    while (views_->count() > 0) {
+        delete views_->widget(0);
+    }
+}
 
 void frmMain::buildWindow() {
     auto* central = new QWidget(this);
@@ -64,31 +93,50 @@ void frmMain::buildWindow() {
     tabMode_->addTab("Specials");
     tabMode_->setFocusPolicy(Qt::NoFocus);
     tabMode_->setDrawBase(false);
-    picLevel_ = new PictureBox(central);
-    picLevel_->setObjectName("picLevel");
-    // The view takes the keys, so that arrows reach the window before any
-    // panel's list or text field.
-    picLevel_->setFocusPolicy(Qt::StrongFocus);
-    picPalette_ = new PictureBox(central);
-    picPalette_->setObjectName("picPalette");
-    picPalette_->resize(paletteWidth, picPalette_->height());
-    scrlPalette_ = new QScrollBar(Qt::Vertical, central);
-    scrlPalette_->setObjectName("scrlPalette");
-    scrlPalette_->setFocusPolicy(Qt::NoFocus);
-    scrlPalette_->setSingleStep(16);
-    scrlPalette_->setPageStep(160);
+    tabLevels_ = new QTabBar(central);
+    tabLevels_->setObjectName("tabLevels");
+    tabLevels_->setFocusPolicy(Qt::NoFocus);
+    tabLevels_->setDocumentMode(true);
+    tabLevels_->setExpanding(false);
+    views_ = new QStackedWidget(central);
+    views_->setObjectName("views");
+    palette_ = new PaletteStrip(editing_, shared_.editorFont, central);
+    palette_->setObjectName("paletteStrip");
+
+    // The mode tabs and the level tabs share the top row; the palette strip
+    // stands beside the view, as tall as its picture.
+    auto* top = new QHBoxLayout;
+    top->setSpacing(4 * margin);
+    top->addWidget(tabMode_);
+    top->addWidget(tabLevels_, 1, Qt::AlignBottom);
+    auto* strip = new QVBoxLayout;
+    strip->setSpacing(0);
+    strip->addWidget(palette_, 1);
+    strip->addSpacing(QScrollBar(Qt::Horizontal).sizeHint().height());
+    auto* row = new QHBoxLayout;
+    row->setSpacing(margin);
+    row->addWidget(views_, 1);
+    row->addLayout(strip);
+    auto* column = new QVBoxLayout(central);
+    column->setContentsMargins(margin, margin, margin, margin);
+    column->setSpacing(0);
+    column->addLayout(top);
+    column->addLayout(row, 1);
     setFocusPolicy(Qt::StrongFocus);
 
     connect(tabMode_, &QTabBar::currentChanged, this, &frmMain::selectMode);
-    connect(scrlPalette_, &QScrollBar::valueChanged, this, &frmMain::showPaletteScroll);
-    connect(picPalette_, &PictureBox::wheelTurned, this, &frmMain::wheelOverPalette);
-    connect(picLevel_, &PictureBox::pointerPressed, this, &frmMain::levelPressed);
-    connect(picLevel_, &PictureBox::pointerMoved, this, &frmMain::levelMoved);
-    connect(picLevel_, &PictureBox::pointerReleased, this, &frmMain::levelReleased);
-    connect(picLevel_, &PictureBox::pointerLeft, this, &frmMain::levelLeft);
-    connect(picPalette_, &PictureBox::pointerPressed, this, &frmMain::palettePressed);
-    connect(picPalette_, &PictureBox::pointerMoved, this, &frmMain::paletteMoved);
-    connect(picPalette_, &PictureBox::pointerReleased, this, &frmMain::paletteReleased);
+    connect(tabLevels_, &QTabBar::currentChanged, this, [this](int index) {
+        if (index >= 0 && index < views_->count()) {
+            views_->setCurrentIndex(index);
+            documentShown();
+        }
+    });
+    new MiddleClickClose(*tabLevels_, [this](int index) { closeTab(index); });
+    connect(palette_, &PaletteStrip::brushChosen, this, [this] {
+        if (LevelView* view = currentView()) {
+            view->scheduleRedraw();
+        }
+    });
     buildPanels();
 }
 
@@ -103,23 +151,7 @@ QAction* frmMain::addCommand(QMenu& menu, const char* name, const QString& capti
 }
 
 void frmMain::buildMenus() {
-    QMenu* file = menuBar()->addMenu("&File");
-    file->setObjectName("mnuFile");
-    connect(addCommand(*file, "itmFileOpen", "&Open...", QKeySequence::Open), &QAction::triggered,
-            this, [this] { fileOpen(); });
-    connect(addCommand(*file, "itmFileSave", "&Save", QKeySequence::Save), &QAction::triggered,
-            this, [this] { fileSave(); });
-    connect(addCommand(*file, "itmFileSaveAs", "Save &As...", QKeySequence("Ctrl+Shift+S")),
-            &QAction::triggered, this, [this] { fileSaveAs(); });
-    connect(addCommand(*file, "itmFileExportBitmap", "&Export Bitmap..."), &QAction::triggered,
-            this, [this] { fileExportBitmap(); });
-    file->addSeparator();
-    connect(addCommand(*file, "itmFileExit", "E&xit", QKeySequence("Ctrl+Q")), &QAction::triggered,
-            this, [this] {
-                releaseModifiers();
-                close();
-            });
-
+    buildFileMenu();
     QMenu* edit = menuBar()->addMenu("&Edit");
     edit->setObjectName("mnuEdit");
     itmEditUndo_ = addCommand(*edit, "itmEditUndo", "&Undo", QKeySequence("Ctrl+Z"));
@@ -150,51 +182,162 @@ void frmMain::buildMenus() {
             &QAction::triggered, this, &frmMain::aboutFAQ);
     connect(addCommand(*help, "itmHelpAbout", "&About Marvek..."), &QAction::triggered, this,
             &frmMain::helpAbout);
+    buildTabKeys();
 }
 
-void frmMain::resizeEvent(QResizeEvent* event) {
-    QMainWindow::resizeEvent(event);
-    if (isMinimized() || width() <= 0 || height() <= 0) {
-        return;
+void frmMain::buildFileMenu() {
+    QMenu* file = menuBar()->addMenu("&File");
+    file->setObjectName("mnuFile");
+    connect(addCommand(*file, "itmFileOpen", "&Open...", QKeySequence::Open), &QAction::triggered,
+            this, [this] { fileOpen(); });
+    connect(addCommand(*file, "itmFileOpenInNewTab", "Open in New &Tab...", QKeySequence("Ctrl+T")),
+            &QAction::triggered, this, [this] { fileOpenInNewTab(); });
+    itmFileReload_ = addCommand(*file, "itmFileReload", "&Reload");
+    connect(itmFileReload_, &QAction::triggered, this, [this] { fileReload(); });
+    connect(addCommand(*file, "itmFileSave", "&Save", QKeySequence::Save), &QAction::triggered,
+            this, [this] { fileSave(); });
+    connect(addCommand(*file, "itmFileSaveAs", "Save &As...", QKeySequence("Ctrl+Shift+S")),
+            &QAction::triggered, this, [this] { fileSaveAs(); });
+    connect(addCommand(*file, "itmFileExportBitmap", "&Export Bitmap..."), &QAction::triggered,
+            this, [this] { fileExportBitmap(); });
+    connect(addCommand(*file, "itmFileCloseTab", "&Close Tab", QKeySequence("Ctrl+W")),
+            &QAction::triggered, this, [this] {
+                releaseModifiers();
+                closeTab(currentTab());
+            });
+    file->addSeparator();
+    connect(addCommand(*file, "itmFileExit", "E&xit", QKeySequence("Ctrl+Q")), &QAction::triggered,
+            this, [this] {
+                releaseModifiers();
+                close();
+            });
+}
+
+void frmMain::buildTabKeys() {
+    const auto step = [this](int by) {
+        if (tabCount() > 1) {
+            switchToTab((currentTab() + by + tabCount()) % tabCount());
+        }
+    };
+    const std::pair<const char*, int> keys[] = {{"Ctrl+Tab", 1},
+                                                {"Ctrl+PgDown", 1},
+                                                {"Ctrl+Shift+Tab", -1},
+                                                {"Ctrl+Shift+Backtab", -1},
+                                                {"Ctrl+PgUp", -1}};
+    for (const auto& [key, by] : keys) {
+        auto* action = new QAction(this);
+        action->setShortcut(QKeySequence(key));
+        addAction(action);
+        connect(action, &QAction::triggered, this, [step, by] { step(by); });
     }
-    layOutAndRedraw();
 }
 
-void frmMain::layOutAndRedraw() {
-    layOut();
-    if (opened_) {
-        createBuffers();
-        renderLevel();
-        renderPalette();
+LevelDocument* frmMain::currentDocument() const {
+    const int index = currentTab();
+    return index >= 0 && std::size_t(index) < documents_.size() ? documents_[index].get() : nullptr;
+}
+
+LevelView* frmMain::currentView() const {
+    return qobject_cast<LevelView*>(views_->currentWidget());
+}
+
+int frmMain::tabCount() const {
+    return static_cast<int>(documents_.size());
+}
+
+int frmMain::currentTab() const {
+    return tabLevels_->currentIndex();
+}
+
+void frmMain::switchToTab(int index) {
+    releaseModifiers();
+    tabLevels_->setCurrentIndex(index);
+}
+
+bool frmMain::closeTab(int index) {
+    if (index < 0 || index >= tabCount() || tabCount() == 1) {
+        return false;
     }
+    LevelDocument& document = *documents_[std::size_t(index)];
+    bool cancelled = false;
+    if (!saveIfModified(document, closingQuestion, &cancelled) || cancelled) {
+        return false;
+    }
+    if (document.modified()) {
+        document.dropRecoveryCopy();
+    }
+    QWidget* view = views_->widget(index);
+    views_->removeWidget(view);
+    delete view;
+    documents_.erase(documents_.begin() + index);
+    tabLevels_->removeTab(index);
+    documentShown();
+    return true;
 }
 
-void frmMain::layOut() {
-    const QWidget* central = centralWidget();
-    const int tabHeight = tabMode_->sizeHint().height();
-    tabMode_->setGeometry(margin, margin, tabMode_->sizeHint().width(), tabHeight);
-    const int top = margin + tabHeight;
-    const int scrollWidth = scrlPalette_->sizeHint().width();
-    const int barHeight = scrlLevelX_->sizeHint().height();
-    const int barWidth = scrlLevelY_->sizeHint().width();
-    const int levelHeight = std::max(central->height() - top - margin - barHeight, 1);
-    const int levelWidth = std::max(
-        central->width() - margin - (paletteWidth + scrollWidth + rightOfLevel) - barWidth, 1);
-    picLevel_->setGeometry(margin, top, levelWidth, levelHeight);
-    scrlLevelX_->setGeometry(margin, top + levelHeight, levelWidth, barHeight);
-    scrlLevelY_->setGeometry(margin + levelWidth, top, barWidth, levelHeight);
-    picPalette_->setGeometry(margin + levelWidth + barWidth + margin, top, paletteWidth,
-                             levelHeight);
-    scrlPalette_->setGeometry(picPalette_->x() + paletteWidth, top + 1, scrollWidth,
-                              std::max(picPalette_->height() - 2, 1));
+const OpenedLevel* frmMain::openedLevel() const {
+    const LevelDocument* document = currentDocument();
+    return document != nullptr ? &document->opened() : nullptr;
+}
+
+std::int32_t frmMain::renderFlags() const {
+    return currentView() != nullptr ? currentView()->renderFlags() : 12;
+}
+
+int frmMain::zoom() const {
+    return currentView() != nullptr ? currentView()->zoom() : LevelView::usualZoom;
+}
+
+std::int32_t frmMain::dragState() const {
+    return currentView() != nullptr ? static_cast<std::int32_t>(currentView()->gesture()) : 0;
+}
+
+bool frmMain::tileModifierHeld() const {
+    return currentView() != nullptr && currentView()->modifiersHeld();
+}
+
+const clsBackBuffer& frmMain::levelBuffer() const {
+    static const clsBackBuffer none;
+    return currentView() != nullptr ? currentView()->backBuffer() : none;
+}
+
+const clsBackBuffer& frmMain::paletteBuffer() const {
+    return palette_->backBuffer();
+}
+
+const clsCamera& frmMain::levelCamera() const {
+    static const clsCamera none;
+    return currentView() != nullptr ? currentView()->camera() : none;
+}
+
+const clsCamera& frmMain::paletteCamera() const {
+    return palette_->camera();
+}
+
+const UndoHistory& frmMain::history() const {
+    static const UndoHistory none;
+    return currentDocument() != nullptr ? currentDocument()->history() : none;
+}
+
+const clsSpecial* frmMain::selectedSpecial() const {
+    const OpenedLevel* opened = openedLevel();
+    return opened != nullptr ? editing_.special(opened->specialSet) : nullptr;
+}
+
+const clsRectangle& frmMain::selection() const {
+    static const clsRectangle none;
+    return currentView() != nullptr ? currentView()->gestureArea() : none;
+}
+
+bool frmMain::selectionVisible() const {
+    return currentView() != nullptr && currentView()->gestureAreaVisible();
 }
 
 void frmMain::keyPressEvent(QKeyEvent* event) {
+    LevelView* view = currentView();
     if ((event->key() == Qt::Key_Shift || event->key() == Qt::Key_Control)) {
-        if (dragState_ == 0) {
-            tileModifierHeld_ = true;
-            specialModifierHeld_ = true;
-            renderLevel();
+        if (view != nullptr) {
+            view->holdModifiers();
         }
         return;
     }
@@ -206,7 +349,7 @@ void frmMain::keyPressEvent(QKeyEvent* event) {
         return;
     }
     const QString typed = event->text().toUpper();
-    // B, O, U, G, Z, M: the View menu's toggles, which the menu runs too.
+    // B, O, U, G, Z, M, K: the View menu's toggles, which the menu runs too.
     if (viewMenu_->runKey(typed)) {
         return;
     }
@@ -235,67 +378,37 @@ void frmMain::keyReleaseEvent(QKeyEvent* event) {
 }
 
 void frmMain::releaseModifiers() {
-    tileModifierHeld_ = false;
-    specialModifierHeld_ = false;
-    selectionVisible_ = false;
-    dragState_ = 0;
-    renderLevel();
-}
-
-void frmMain::toggleRenderFlag(std::int32_t flag) {
-    renderFlags_ ^= flag;
-    renderLevel();
-}
-
-void frmMain::toggleGrid() {
-    renderFlags_ ^= renderFlags::clear;
-    if (opened_) {
-        const std::int32_t before = opened_->level.tileSpacing;
-        opened_->level.tileSpacing = (renderFlags_ & renderFlags::clear) != 0 ? 17 : 16;
-        levelCamera_.changePitch(before, opened_->level.tileSpacing);
-        createBuffers();
+    if (LevelView* view = currentView()) {
+        view->releaseModifiers();
     }
-    renderLevel();
-}
-
-void frmMain::toggleZoom() {
-    zoomed_ = !zoomed_;
-    if (opened_) {
-        createBuffers();
-    }
-    renderLevel();
 }
 
 void frmMain::selectMode(int tabIndex) {
-    mode_ = tabIndex + 1;
-    dragState_ = 0;
-    if (mode_ == tilesMode) {
-        tileModifierHeld_ = false;
-    } else {
-        specialModifierHeld_ = false;
+    editing_.mode = tabIndex + 1;
+    for (int i = 0; i < views_->count(); ++i) {
+        qobject_cast<LevelView*>(views_->widget(i))->followMode();
     }
-    applyModeFlags();
-    renderLevel();
-    updatePaletteScroll();
-}
-
-void frmMain::wheelOverPalette(int delta) {
-    if (delta == 0) {
-        return;
-    }
-    const double wanted = std::nearbyint(scrlPalette_->value() - delta / wheelStep);
-    scrlPalette_->setValue(static_cast<int>(
-        std::clamp<double>(wanted, scrlPalette_->minimum(), scrlPalette_->maximum())));
+    palette_->refresh();
 }
 
 bool frmMain::mayClose() {
-    bool cancelled = false;
-    if (!saveIfModified(closingQuestion, &cancelled) || cancelled) {
-        return false;
+    for (std::size_t i = 0; i < documents_.size(); ++i) {
+        LevelDocument& document = *documents_[i];
+        if (!document.modified()) {
+            continue;
+        }
+        // The question is about the level the user sees.
+        switchToTab(static_cast<int>(i));
+        bool cancelled = false;
+        if (!saveIfModified(document, closingQuestion, &cancelled) || cancelled) {
+            return false;
+        }
     }
     // Still modified: the user chose to close without saving.
-    if (opened_ && opened_->level.modified) {
-        dropRecoveryCopy();
+    for (const auto& document : documents_) {
+        if (document->modified()) {
+            document->dropRecoveryCopy();
+        }
     }
     return true;
 }
@@ -306,6 +419,16 @@ void frmMain::closeEvent(QCloseEvent* event) {
         return;
     }
     event->accept();
+}
+
+QString frmMain::keepUnsavedWork() {
+    QStringList kept;
+    for (const auto& document : documents_) {
+        if (const QString text = document->keepUnsavedWork(); !text.isEmpty()) {
+            kept << text;
+        }
+    }
+    return kept.join('\n');
 }
 
 } // namespace marvek

@@ -1,17 +1,10 @@
 #pragma once
 
-#include "data/CellBlock.h"
 #include "data/TileGrid.h"
-#include "data/UndoHistory.h"
-#include "data/clsRenderOptions.h"
 #include "data/editorBenchmark.h"
-#include "graphics/clsBackBuffer.h"
-#include "graphics/clsCamera.h"
-#include "graphics/clsRectangle.h"
+#include "ui/EditingState.h"
 
 #include <QMainWindow>
-#include <QPoint>
-#include <QPointF>
 #include <QSize>
 
 #include <array>
@@ -21,20 +14,22 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <string>
+#include <vector>
 
 class QAction;
 class QLabel;
-class QScrollBar;
+class QMenu;
+class QStackedWidget;
 class QTabBar;
-class QTimer;
 
 namespace marvek {
 
 struct OpenedLevel;
-class clsLevel;
 struct SharedObjects;
+class clsBackBuffer;
+class clsCamera;
 class clsSpecial;
+class clsRectangle;
 class frmAbout;
 class frmExportLevel;
 class frmOpenLevel;
@@ -42,23 +37,23 @@ class frmGraphics;
 class frmEditPalette;
 class frmOptions;
 class frmStatus;
-class PictureBox;
 class LevelTool;
 class BrushTool;
 class BucketFillTool;
 class SelectTool;
 class HistoryPanel;
 class frmReplaceTile;
-struct ToolContext;
 class OverviewPanel;
 class PanelDock;
 class SpecialsListPanel;
 class ViewMenu;
 class frmGoToCell;
-enum class ViewStep;
 class RecentLevelsMenu;
-class Autosave;
 class SingleShotTimer;
+class UndoHistory;
+class LevelDocument;
+class LevelView;
+class PaletteStrip;
 
 // The dialogs the main window opens; they live as long as it does.
 struct MainDialogs {
@@ -71,71 +66,79 @@ struct MainDialogs {
     frmEditPalette& editPalette;
 };
 
-// The editor's main window: the level view, the palette strip beside it, the
-// mode tabs and the menus. It owns the open level and the editing state.
+// The editor's main window: the menus, the panels, the status bar and a tab
+// for each open level, with the palette strip and the mode tabs beside them.
+// What belongs to one level lives in its document and view.
 class frmMain : public QMainWindow {
     Q_OBJECT
 
 public:
-    // Editing modes, the tabs' order.
-    static constexpr std::int32_t tilesMode = 1;
-    static constexpr std::int32_t specialsMode = 2;
+    static constexpr std::int32_t tilesMode = editingMode::tiles;
+    static constexpr std::int32_t specialsMode = editingMode::specials;
+    using Tool = EditTool;
 
     frmMain(SharedObjects& shared, MainDialogs dialogs, QWidget* parent = nullptr);
     ~frmMain() override;
 
-    // Opens the default level of the settings; false, after telling the
-    // user, when it does not load.
+    // Opens the start-up levels (the command line's, else the settings'
+    // default); false, after telling the user, when none loads.
     bool initialLoad();
-    // Opens a level with a level configuration, and offers the level's
-    // unsaved work when a crash or a kill left some. On failure the open
-    // level, its edits and its history stay as they were, and failure (when
-    // given) says which file and why.
+    // Opens a level with a level configuration in the current tab (a first
+    // tab when there is none), and offers the level's unsaved work when a
+    // crash or a kill left some. On failure the open level, its edits and
+    // its history stay as they were, and failure (when given) says why.
     bool useConfig(const std::filesystem::path& levelFile, const QString& configuration,
                    bool loadUnknown, QString* failure = nullptr);
 
-    // The open level, null before the first successful load.
-    const OpenedLevel* openedLevel() const noexcept { return opened_.get(); }
-    // Keeps unsaved work after an unexpected error: the text to show, naming
-    // the file written, or an empty text when nothing needed keeping.
+    // The tabs' documents and the one in front (null before the first load).
+    LevelDocument* currentDocument() const;
+    LevelView* currentView() const;
+    int tabCount() const;
+    int currentTab() const;
+    void switchToTab(int index);
+    // Closes the tab after the closing question for its level; the last tab
+    // stays. True when it closed.
+    bool closeTab(int index);
+
+    // The level in front, null before the first successful load.
+    const OpenedLevel* openedLevel() const;
+    // Keeps the unsaved work of every open level after an unexpected error:
+    // the text to show, naming the files written, or empty.
     QString keepUnsavedWork();
-    // The closing question, asked only when the level has unsaved changes;
-    // true when the window may close (saved, or the changes let go).
+    // The closing question for each modified level in turn; true when the
+    // window may close.
     bool mayClose();
 
     // Editing state, read by tests and the status line.
-    std::int32_t mode() const noexcept { return mode_; }
-    std::int32_t renderFlags() const noexcept { return renderFlags_; }
-    bool zoomed() const noexcept { return zoomed_; }
-    std::int32_t dragState() const noexcept { return dragState_; }
-    bool tileModifierHeld() const noexcept { return tileModifierHeld_; }
-    bool specialModifierHeld() const noexcept { return specialModifierHeld_; }
-    const clsBackBuffer& levelBuffer() const noexcept { return levelBuffer_; }
-    const clsBackBuffer& paletteBuffer() const noexcept { return paletteBuffer_; }
-    const clsCamera& levelCamera() const noexcept { return levelCamera_; }
-    const clsCamera& paletteCamera() const noexcept { return paletteCamera_; }
-    float moveSensitivity() const noexcept { return moveSensitivity_; }
-    const UndoHistory& history() const noexcept { return history_; }
-    const TileGrid& brush() const noexcept { return brush_; }
-    const clsSpecial* selectedSpecial() const noexcept { return selectedSpecial_; }
-    const clsRectangle& selection() const noexcept { return selection_; }
-    bool selectionVisible() const noexcept { return selectionVisible_; }
-    const clsRectangle& paletteSelection() const noexcept { return paletteSelection_; }
-    // False once the brush no longer comes from the tile palette.
-    bool paletteSelectionVisible() const noexcept { return paletteSelectionVisible_; }
+    std::int32_t mode() const noexcept { return editing_.mode; }
+    std::int32_t renderFlags() const;
+    int zoom() const;
+    bool zoomed() const { return zoom() == 200; }
+    std::int32_t dragState() const;
+    bool tileModifierHeld() const;
+    bool specialModifierHeld() const { return tileModifierHeld(); }
+    const clsBackBuffer& levelBuffer() const;
+    const clsBackBuffer& paletteBuffer() const;
+    const clsCamera& levelCamera() const;
+    const clsCamera& paletteCamera() const;
+    float moveSensitivity() const noexcept { return editing_.moveSensitivity; }
+    const UndoHistory& history() const;
+    const TileGrid& brush() const noexcept { return editing_.brush; }
+    const clsSpecial* selectedSpecial() const;
+    const clsRectangle& selection() const;
+    bool selectionVisible() const;
+    const clsRectangle& paletteSelection() const noexcept { return editing_.paletteSelection; }
+    bool paletteSelectionVisible() const noexcept { return editing_.paletteSelectionVisible; }
 
-    // The editing tools; the Brush is the tool at start.
-    enum class Tool { brush, bucketFill, select };
-    Tool tool() const noexcept { return tool_; }
+    Tool tool() const noexcept { return editing_.tool; }
     void chooseTool(Tool tool);
     // Back to the Brush, the selection dropped.
     void escapeToBrush();
-    // The Select tool's rectangle of cells, normalised; none when nothing
-    // is selected.
+    // The level's selected cells, normalised; none when nothing is selected.
     std::optional<clsRectangle> cellSelection() const;
-    // The cells a brush made by Paste stamps, specials and all; null for a
-    // brush of palette tiles.
-    const CellBlock* brushCells() const noexcept { return brushCells_ ? &*brushCells_ : nullptr; }
+    const CellBlock* brushCells() const noexcept {
+        return editing_.brushCells ? &*editing_.brushCells : nullptr;
+    }
     // The clipboard and selection commands of the Edit menu.
     void editCut();
     void editCopy();
@@ -149,36 +152,37 @@ public:
     void goToHistoryEntry(int index);
     HistoryPanel& historyPanel() const noexcept { return *historyPanel_; }
 
-    // Every change to the level goes through here: an undo step called
-    // stepName, the change, the level marked modified, the view redrawn.
-    void editLevel(const std::string& stepName, const std::function<void(clsLevel&)>& change);
-
     // The file commands, as the menu runs them. Each returns true when it
     // went through (false: cancelled or failed, and the user was told).
     bool fileOpen();
-    // A level file from outside (dropped on the window): opened as File >
-    // Open would open it, after its dialog.
+    bool fileOpenInNewTab();
+    // A level file from outside (dropped on the window): a new tab, after
+    // the level dialog; its own tab when it is open already.
     bool openLevelFile(const std::filesystem::path& file);
-    // File > Recent Levels: opens the entry with its configuration, or drops
-    // it from the list, telling the user, when the file is gone.
+    // File > Recent Levels: opens the entry with its configuration in a new
+    // tab, or drops it from the list, telling the user, when the file is gone.
     bool openRecentLevel(std::size_t index);
-    // The recovery copy's timer; tests give a scripted one.
+    // Reads the current tab's level again from its file, after asking when
+    // it has unsaved changes.
+    bool fileReload();
+    // The recovery copy's timer of the current level, and the timers of
+    // levels opened later; tests give scripted ones.
     void setAutosaveTimer(std::unique_ptr<SingleShotTimer> timer);
+    void setAutosaveTimers(std::function<std::unique_ptr<SingleShotTimer>()> make);
     bool fileSave();
     bool fileSaveAs();
     void editUndo();
     void editRedo();
     void toolsOptions();
     void toolsGraphics();
-    // Edits the level's palette; a change is saved with the level and the
-    // graphics are read again with it.
+    // Edits the level's palette, a History step; the graphics are read
+    // again with it.
     void editPalette();
     // The level as a picture; true when one was written.
     bool fileExportBitmap();
     void toolsBenchmark();
     void aboutFAQ();
     void helpAbout();
-    // Finding one's way (frmMainNavigation.cpp).
     void editGoToCell();
     // Puts cell (x, y) in the middle of the level view, as far as it goes.
     void centreView(int x, int y);
@@ -189,7 +193,6 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -197,27 +200,36 @@ protected:
 private:
     void buildWindow();
     void buildMenus();
+    void buildFileMenu();
+    void buildTabKeys();
     QAction* addCommand(QMenu& menu, const char* name, const QString& caption,
                         const QKeySequence& shortcut = {});
-    void layOut();
-    void layOutAndRedraw();
     // The tools, their tool bar and menu, the clipboard commands and the
     // History dock (frmMainEditing.cpp).
     void buildEditing(QMenu& edit);
     void buildToolActions(QMenu& edit);
     void buildHistoryDock();
     LevelTool& activeTool() const;
-    ToolContext toolContext(int shift, float x, float y);
-    void renderToolMarks();
     void updateSelectionCommands();
-    // The selection's cells on the clipboard; false when nothing is selected.
     bool copySelectionToClipboard();
 
     void loadOptions();
-    bool openWithConfig(const std::filesystem::path& levelFile, const QString& configuration,
-                        bool loadUnknown, QString* failure);
-    // After the file dialog of Open: the configuration, then the level.
+    // Loads a level; null, failure set, when it does not load.
+    std::unique_ptr<OpenedLevel> loadLevel(const std::filesystem::path& levelFile,
+                                           const QString& configuration, bool loadUnknown,
+                                           QString* failure);
+    // A new tab for a level; false, after telling the user, when it fails.
+    bool openInNewTab(const std::filesystem::path& file, const QString& configuration,
+                      bool loadUnknown);
+    // After a file dialog: the configuration, then the level in a new tab.
+    bool openChosenInNewTab(const std::filesystem::path& file);
     bool openChosenLevel(const std::filesystem::path& file);
+    // The tab holding that file, if any (ignoring case where the file system does).
+    std::optional<int> tabOf(const std::filesystem::path& file) const;
+    LevelDocument& addDocument(std::unique_ptr<OpenedLevel> opened, const QString& configuration);
+    void documentShown();
+    void connectDocument(LevelDocument& document);
+    void updateTabTitle(LevelDocument& document);
 
     // The desktop around the editor (frmMainDesktop.cpp): recent levels,
     // dropped files, the recovery copy.
@@ -225,104 +237,60 @@ private:
     void rememberRecent(const std::filesystem::path& file, const QString& configuration);
     void showRecentLevels();
     void saveRecentLevels();
-    void offerRecovery();
-    void keepRecoveryCopy();
-    // The work was saved or dropped: its recovery copy goes.
-    void dropRecoveryCopy();
-    // A level just opened: fresh editing state, views sized and drawn.
+    void offerRecovery(LevelDocument& document);
+    // A level just opened: fresh editing state, views and panels follow.
     void showNewLevel();
-    // Names each file the readers repaired and what they repaired, once.
-    void warnOfRepairs();
-    // Undo or redo, whichever side is given.
-    void takeBack(std::string (UndoHistory::*side)(clsLevel&));
-    void resetEditState();
-    void createBuffers();
-    void updatePaletteScroll();
-    void applyModeFlags();
-    void renderLevel();
-    void renderPalette();
-    void showPaletteScroll();
-    clsRenderOptions renderOptions() const;
-    std::int32_t zoomFactor() const noexcept { return zoomed_ ? 2 : 1; }
-
+    void warnOfRepairs(const OpenedLevel& opened);
+    void takeBack(bool undoing);
     void selectMode(int tabIndex);
-    void toggleRenderFlag(std::int32_t flag);
-    void toggleGrid();
-    void toggleZoom();
-    void wheelOverPalette(int delta);
     // What letting go of Shift or Ctrl does; menu commands start with it.
     void releaseModifiers();
-    bool saveIfModified(const QString& question, bool* cancelled);
+    bool saveIfModified(LevelDocument& document, const QString& question, bool* cancelled);
+    bool saveDocument(LevelDocument& document);
     void updateCommands();
-
-    // Mouse editing (frmMainMouse.cpp): positions are picture pixels.
-    void levelPressed(int button, int shift, float x, float y);
-    void levelMoved(int buttons, int shift, float x, float y);
-    void levelReleased(int button, int shift, float x, float y);
-    void levelLeft();
-    void palettePressed(int button, int shift, float x, float y);
-    void paletteMoved(int buttons, int shift, float x, float y);
-    void paletteReleased(int button, int shift, float x, float y);
-    void scrollDrag();
-    void dragSelection(float x, float y);
-    void startSelection(std::uint32_t colour);
-    void copySelection();
-    void fillSelection();
-    // A drag that the active tool began is on.
-    bool toolDragOn() const noexcept;
-    // The level cell under a view position.
-    QPoint levelCellAt(float x, float y) const;
-    QPoint paletteCellAt(float x, float y) const;
-    void showCellStatus();
+    void showZoom();
 
     // Navigation (frmMainNavigation.cpp).
     void buildPanels();
-    // The room beside the panels changed: lay the level view out again.
-    void centralResized();
     void buildViewMenu();
     void togglePanel(PanelDock& dock);
     void restorePanels();
     void savePanels();
     bool navigateByKey(const QKeyEvent& event);
-    void stepView(ViewStep step);
-    void scrollByWheel(int dx, int dy, int shift);
-    void scrollBarMoved();
-    void startPan(float x, float y);
-    void panTo(float x, float y);
     void chooseListedCell(int x, int y);
-    // A level opened or its graphics changed: the panels start anew.
+    // The level in front changed: the panels start anew.
     void showLevelInPanels();
-    // After each drawing of the level: the scroll bars, the overview, the
-    // specials list and the check marks follow.
+    // The view in front moved or its level changed: the panels, the scroll
+    // range label and the check marks follow.
     void refreshNavigation();
-    // Marks drawn over the level view before it is shown.
-    void drawNavigationMarks();
+    void refreshPanels();
 
     SharedObjects& shared_;
     MainDialogs dialogs_;
+    EditingState editing_;
 
-    PictureBox* picLevel_ = nullptr;
-    PictureBox* picPalette_ = nullptr;
-    QScrollBar* scrlPalette_ = nullptr;
     QTabBar* tabMode_ = nullptr;
+    QTabBar* tabLevels_ = nullptr;
+    QStackedWidget* views_ = nullptr;
+    PaletteStrip* palette_ = nullptr;
+    // One per tab, in the tabs' order.
+    std::vector<std::unique_ptr<LevelDocument>> documents_;
     QAction* itmEditUndo_ = nullptr;
     QAction* itmEditRedo_ = nullptr;
     QAction* itmEditCut_ = nullptr;
     QAction* itmEditCopy_ = nullptr;
     QAction* itmEditDelete_ = nullptr;
     QAction* itmEditSelectNone_ = nullptr;
+    QAction* itmFileReload_ = nullptr;
     QLabel* lblTool_ = nullptr;
+    QLabel* lblZoom_ = nullptr;
     HistoryPanel* historyPanel_ = nullptr;
     frmReplaceTile* replaceTile_ = nullptr;
     std::unique_ptr<BrushTool> brushTool_;
     std::unique_ptr<BucketFillTool> bucketFillTool_;
     std::unique_ptr<SelectTool> selectTool_;
-    Tool tool_ = Tool::brush;
     // Brush, Bucket Fill, Select: checked as the tool is chosen.
     std::array<QAction*, 3> toolActions_{};
-    std::optional<CellBlock> brushCells_;
-    QScrollBar* scrlLevelX_ = nullptr;
-    QScrollBar* scrlLevelY_ = nullptr;
     PanelDock* overviewDock_ = nullptr;
     PanelDock* specialsDock_ = nullptr;
     PanelDock* historyDock_ = nullptr;
@@ -331,48 +299,9 @@ private:
     ViewMenu* viewMenu_ = nullptr;
     frmGoToCell* goToCell_ = nullptr;
     QLabel* lblViewRange_ = nullptr;
-    QTimer* highlightTimer_ = nullptr;
-
     RecentLevelsMenu* mnuFileRecent_ = nullptr;
-    std::unique_ptr<Autosave> autosave_;
-
-    std::unique_ptr<OpenedLevel> opened_;
-    UndoHistory history_;
-    clsBackBuffer levelBuffer_;
-    clsBackBuffer paletteBuffer_;
-    clsCamera levelCamera_;
-    clsCamera paletteCamera_;
-
-    std::int32_t mode_ = tilesMode;
-    std::int32_t dragState_ = 0;
-    std::int32_t renderFlags_ = 12;
-    bool zoomed_ = true;
-    TileGrid brush_;
-    const clsSpecial* selectedSpecial_ = nullptr;
-    clsRectangle selection_;
-    bool selectionVisible_ = false;
-    clsRectangle paletteSelection_;
-    bool paletteSelectionVisible_ = true;
-    float moveSensitivity_ = 1.0F;
-    bool tileModifierHeld_ = false;
-    bool specialModifierHeld_ = false;
-    float mouseX_ = 0.0F;
-    float mouseY_ = 0.0F;
-    bool pointerOverLevel_ = false;
-    // Where the screen cursor stays during a scroll drag.
-    QPoint dragStart_;
+    std::function<std::unique_ptr<SingleShotTimer>()> makeTimer_;
     TickClock tickClock_ = steadyTicks;
-    // A middle drag: where it began, and the camera then.
-    bool panning_ = false;
-    QPointF panStart_;
-    QPoint panCamera_;
-    // The cell a chosen special lies in, outlined for a moment.
-    std::optional<QPoint> highlightedCell_;
-    // The window's size when the room beside the panels last changed.
-    QSize sizeLaidOut_;
-
-    bool alphaBlending_ = true;
-    bool autoPlaceSpecials_ = true;
 };
 
 } // namespace marvek

@@ -2,12 +2,14 @@
 #include "ui/frmMain.h"
 
 #include "app/SharedObjects.h"
-#include "app/autosave.h"
 #include "app/qtPaths.h"
 #include "app/settings.h"
 #include "data/levelRecovery.h"
 #include "data/openLevel.h"
 #include "ui/HistoryPanel.h"
+#include "ui/LevelDocument.h"
+#include "ui/LevelView.h"
+#include "ui/PaletteStrip.h"
 #include "ui/frmEditPalette.h"
 #include "ui/frmGraphics.h"
 #include "ui/frmOpenLevel.h"
@@ -16,6 +18,7 @@
 
 #include <QAction>
 #include <QFileInfo>
+#include <QLabel>
 #include <QStatusBar>
 
 #include <exception>
@@ -30,16 +33,20 @@ QString stepCaption(const QString& command, const std::string& step) {
     return step.empty() ? command : command + " " + toQString(step);
 }
 
+QString fileName(const LevelDocument& document) {
+    return QFileInfo(toQString(document.file())).fileName();
+}
+
 } // namespace
 
-bool frmMain::saveIfModified(const QString& question, bool* cancelled) {
+bool frmMain::saveIfModified(LevelDocument& document, const QString& question, bool* cancelled) {
     *cancelled = false;
-    if (!opened_ || !opened_->level.modified) {
+    if (!document.modified()) {
         return true;
     }
     switch (shared_.messages->show(this, question, messageStyle::yesNoCancelQuestion)) {
     case messageAnswer::yes:
-        return fileSave();
+        return saveDocument(document);
     case messageAnswer::no:
         // The kept copy goes only when the work really goes: the level that
         // replaces it may still fail to open.
@@ -52,8 +59,10 @@ bool frmMain::saveIfModified(const QString& question, bool* cancelled) {
 
 bool frmMain::fileOpen() {
     releaseModifiers();
+    LevelDocument* document = currentDocument();
     bool cancelled = false;
-    if (!saveIfModified(openQuestion, &cancelled) || cancelled) {
+    if (document != nullptr &&
+        (!saveIfModified(*document, openQuestion, &cancelled) || cancelled)) {
         return false;
     }
     const auto chosen =
@@ -65,7 +74,34 @@ bool frmMain::fileOpen() {
     return openChosenLevel(toPath(chosen.begin()->second));
 }
 
+bool frmMain::fileOpenInNewTab() {
+    releaseModifiers();
+    const auto chosen =
+        shared_.dialogs->openFile(this, "Open Thornwick level", "All files (*.*)|*.*", QString(),
+                                  clsCommonDialog::openFlags, 1);
+    if (chosen.empty()) {
+        return false;
+    }
+    return openChosenInNewTab(toPath(chosen.begin()->second));
+}
+
+bool frmMain::openChosenInNewTab(const std::filesystem::path& file) {
+    if (const auto open = tabOf(file)) {
+        switchToTab(*open);
+        return true;
+    }
+    if (!dialogs_.openLevel.showModal()) {
+        return false;
+    }
+    return openInNewTab(file, dialogs_.openLevel.configuration(), dialogs_.openLevel.loadUnknown());
+}
+
 bool frmMain::openChosenLevel(const std::filesystem::path& file) {
+    // No file is held by two tabs.
+    if (const auto open = tabOf(file); open && *open != currentTab()) {
+        switchToTab(*open);
+        return true;
+    }
     if (!dialogs_.openLevel.showModal()) {
         return false;
     }
@@ -81,18 +117,52 @@ bool frmMain::openChosenLevel(const std::filesystem::path& file) {
     return true;
 }
 
-bool frmMain::fileSave() {
+bool frmMain::fileReload() {
     releaseModifiers();
-    if (!opened_) {
+    LevelDocument* document = currentDocument();
+    if (document == nullptr) {
         return false;
     }
-    clsLevel& level = opened_->level;
-    if (level.fileName.empty()) {
+    if (document->modified() &&
+        shared_.messages->show(this,
+                               fileName(*document) +
+                                   " has unsaved changes. Read it again from its file and let "
+                                   "them go?",
+                               messageStyle::yesNoQuestion) != messageAnswer::yes) {
+        return false;
+    }
+    QString failure;
+    if (!useConfig(document->file(), document->configuration(), dialogs_.openLevel.loadUnknown(),
+                   &failure)) {
+        shared_.messages->show(this, "The level could not be opened.\n\n" + failure,
+                               messageStyle::exclamation);
+        return false;
+    }
+    showNewLevel();
+    return true;
+}
+
+bool frmMain::fileSave() {
+    releaseModifiers();
+    LevelDocument* document = currentDocument();
+    return document != nullptr && saveDocument(*document);
+}
+
+bool frmMain::saveDocument(LevelDocument& document) {
+    if (document.file().empty()) {
         return fileSaveAs();
+    }
+    if (document.changedOnDisk() &&
+        shared_.messages->show(this,
+                               fileName(document) +
+                                   " was changed by another program since Marvek read it. "
+                                   "Save over those changes?",
+                               messageStyle::yesNoQuestion) != messageAnswer::yes) {
+        return false;
     }
     dialogs_.status.setStatus("Saving level...");
     try {
-        level.saveToFile(level.fileName, opened_->palette);
+        document.save();
     } catch (const std::exception& error) {
         dialogs_.status.hideStatus();
         shared_.messages->show(
@@ -102,70 +172,67 @@ bool frmMain::fileSave() {
         return false;
     }
     dialogs_.status.hideStatus();
-    dropRecoveryCopy();
+    updateTabTitle(document);
     updateCommands();
     return true;
 }
 
 bool frmMain::fileSaveAs() {
-    if (!opened_) {
+    LevelDocument* document = currentDocument();
+    if (document == nullptr) {
         return false;
     }
-    clsLevel& level = opened_->level;
     const QString previousFolder = shared_.dialogs->lastFolder();
     const QString chosen =
         shared_.dialogs->saveFile(this, "Save Thornwick Level As", "All files (*.*)|*.*",
-                                  toQString(level.fileName), clsCommonDialog::saveFlags, 1);
+                                  toQString(document->file()), clsCommonDialog::saveFlags, 1);
     if (chosen.isEmpty()) {
         return false;
     }
-    const std::string previous = level.fileName;
-    const bool hadUnsavedWork = level.modified;
-    level.fileName = toPath(chosen).string();
-    if (!fileSave()) {
+    const std::filesystem::path previous = document->file();
+    const bool hadUnsavedWork = document->modified();
+    document->rename(toPath(chosen));
+    dialogs_.status.setStatus("Saving level...");
+    try {
+        // The file dialog asked before a file was overwritten.
+        document->save();
+    } catch (const std::exception& error) {
+        dialogs_.status.hideStatus();
+        shared_.messages->show(
+            this, "The level was not saved.\n\n" + QString::fromStdString(error.what()),
+            messageStyle::exclamation);
         // Save goes on meaning the file the level came from, and the next
         // dialog opens where the last good choice was.
-        level.fileName = previous;
+        document->rename(previous);
         shared_.dialogs->setLastFolder(previousFolder);
         updateCommands();
         return false;
     }
+    dialogs_.status.hideStatus();
+    updateTabTitle(*document);
+    updateCommands();
     // The work kept beside the former file is saved now; left there, it
     // would be offered again whenever that file is opened.
-    const std::filesystem::path former(previous);
-    if (hadUnsavedWork && !previous.empty() && previous != level.fileName &&
-        !removeRecoveryCopy(former)) {
-        statusBar()->showMessage("The recovery copy " + toQString(recoveryPath(former)) +
+    if (hadUnsavedWork && !previous.empty() && previous != document->file() &&
+        !removeRecoveryCopy(previous)) {
+        statusBar()->showMessage("The recovery copy " + toQString(recoveryPath(previous)) +
                                  " could not be removed.");
     }
     return true;
 }
 
-void frmMain::editLevel(const std::string& stepName, const std::function<void(clsLevel&)>& change) {
-    if (!opened_) {
-        return;
-    }
-    history_.record(opened_->level, stepName);
-    change(opened_->level);
-    opened_->level.modified = true;
-    updateCommands();
-    renderLevel();
-}
-
 void frmMain::editUndo() {
-    takeBack(&UndoHistory::undo);
+    takeBack(true);
 }
 
 void frmMain::editRedo() {
-    takeBack(&UndoHistory::redo);
+    takeBack(false);
 }
 
-void frmMain::takeBack(std::string (UndoHistory::*side)(clsLevel&)) {
+void frmMain::takeBack(bool undoing) {
     releaseModifiers();
-    if (opened_ && !(history_.*side)(opened_->level).empty()) {
-        // The grid no longer matches the file, whichever way it went.
-        opened_->level.modified = true;
-        renderLevel();
+    if (LevelDocument* document = currentDocument()) {
+        undoing ? document->undo() : document->redo();
     }
     updateCommands();
 }
@@ -182,8 +249,10 @@ void frmMain::toolsOptions() {
     loadOptions();
     // Fewer undo levels drop the oldest steps: the menu and History follow.
     updateCommands();
-    renderLevel();
-    renderPalette();
+    if (LevelView* view = currentView()) {
+        view->scheduleRedraw();
+    }
+    palette_->redraw();
 }
 
 void frmMain::toolsGraphics() {
@@ -191,20 +260,18 @@ void frmMain::toolsGraphics() {
 }
 
 void frmMain::editPalette() {
-    if (!opened_) {
+    LevelDocument* document = currentDocument();
+    if (document == nullptr) {
         return;
     }
-    dialogs_.editPalette.Setup(opened_->palette);
+    dialogs_.editPalette.Setup(document->opened().palette);
     if (!dialogs_.editPalette.showModal()) {
         return;
     }
-    const clsPalette previous = opened_->palette;
-    opened_->palette = dialogs_.editPalette.palette();
     dialogs_.status.setStatus("Reloading graphics...");
     try {
-        reloadGraphics(*opened_, shared_.applicationFolder);
+        document->changePalette(dialogs_.editPalette.palette());
     } catch (const std::exception& error) {
-        opened_->palette = previous;
         dialogs_.status.hideStatus();
         shared_.messages->show(this,
                                "The graphics could not be read again with the new palette, so "
@@ -214,43 +281,33 @@ void frmMain::editPalette() {
         return;
     }
     dialogs_.status.hideStatus();
-    opened_->level.modified = true;
-    updateCommands();
-    showLevelInPanels();
-    renderLevel();
-    renderPalette();
 }
 
 void frmMain::updateCommands() {
-    if (opened_) {
-        const QString name = QFileInfo(toQString(opened_->level.fileName)).completeBaseName();
+    const LevelDocument* document = currentDocument();
+    if (document != nullptr) {
+        const QString name = QFileInfo(toQString(document->file())).completeBaseName();
         setWindowTitle(QString(applicationTitle) + " - " + name.toUpper() + "[*]");
-        setWindowModified(opened_->level.modified);
-        if (opened_->level.modified) {
-            autosave_->changed();
-        }
+        setWindowModified(document->modified());
     }
-    const std::string undo = history_.nextUndo();
-    const std::string redo = history_.nextRedo();
+    const UndoHistory& steps = history();
+    const std::string undo = steps.nextUndo();
+    const std::string redo = steps.nextRedo();
     itmEditUndo_->setText(stepCaption("&Undo", undo));
     itmEditUndo_->setEnabled(!undo.empty());
     itmEditRedo_->setText(stepCaption("&Redo", redo));
     itmEditRedo_->setEnabled(!redo.empty());
+    itmFileReload_->setEnabled(document != nullptr && !document->file().empty());
     if (historyPanel_ != nullptr) {
-        historyPanel_->refresh(history_);
+        historyPanel_->refresh(steps);
     }
     updateSelectionCommands();
+    showZoom();
 }
 
-QString frmMain::keepUnsavedWork() {
-    if (!opened_ || !opened_->level.modified) {
-        return {};
-    }
-    try {
-        const auto path = writeRecoveryCopy(opened_->level, opened_->palette);
-        return "Your unsaved changes were kept in " + toQString(path) + ".";
-    } catch (const std::exception& error) {
-        return "Your unsaved changes could not be kept: " + QString::fromStdString(error.what());
+void frmMain::showZoom() {
+    if (lblZoom_ != nullptr) {
+        lblZoom_->setText(QString("Zoom %1%").arg(zoom()));
     }
 }
 

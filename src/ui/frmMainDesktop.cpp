@@ -8,6 +8,7 @@
 #include "app/recentLevels.h"
 #include "data/levelRecovery.h"
 #include "data/openLevel.h"
+#include "ui/LevelDocument.h"
 #include "ui/RecentLevelsMenu.h"
 #include "ui/frmOpenLevel.h"
 
@@ -27,9 +28,6 @@ namespace marvek {
 namespace {
 
 namespace fs = std::filesystem;
-
-const QString openQuestion = "The level has been modified since you last saved it. Do you want "
-                             "to save it first before loading another?";
 
 // The one local file a drag carries, when it carries exactly one.
 std::optional<fs::path> droppedFile(const QMimeData* data) {
@@ -53,36 +51,20 @@ void frmMain::buildDesktopSupport() {
     const qsizetype exitAt = actions.indexOf(exit);
     file->insertMenu(exitAt > 0 ? actions[exitAt - 1] : exit, mnuFileRecent_);
     showRecentLevels();
-    setAutosaveTimer(std::make_unique<QtSingleShotTimer>());
 }
 
 void frmMain::setAutosaveTimer(std::unique_ptr<SingleShotTimer> timer) {
-    autosave_ = std::make_unique<Autosave>(
-        std::move(timer), Autosave::Actions{[this] { return opened_ && opened_->level.modified; },
-                                            [this] { keepRecoveryCopy(); }});
+    if (LevelDocument* document = currentDocument()) {
+        document->setAutosaveTimer(std::move(timer));
+    }
 }
 
-bool frmMain::useConfig(const fs::path& levelFile, const QString& configuration, bool loadUnknown,
-                        QString* failure) {
-    // Work still unsaved here is work the user chose not to save.
-    std::optional<fs::path> discarded;
-    if (opened_ && opened_->level.modified && !opened_->level.fileName.empty()) {
-        discarded = fs::path(opened_->level.fileName);
-    }
-    if (!openWithConfig(levelFile, configuration, loadUnknown, failure)) {
-        return false;
-    }
-    autosave_->settled();
-    if (discarded && !removeRecoveryCopy(*discarded)) {
-        statusBar()->showMessage("The recovery copy " + toQString(recoveryPath(*discarded)) +
-                                 " could not be removed.");
-    }
-    offerRecovery();
-    return true;
+void frmMain::setAutosaveTimers(std::function<std::unique_ptr<SingleShotTimer>()> make) {
+    makeTimer_ = std::move(make);
 }
 
-void frmMain::offerRecovery() {
-    const fs::path levelFile = opened_->level.fileName;
+void frmMain::offerRecovery(LevelDocument& document) {
+    const fs::path levelFile = document.file();
     if (!hasNewerRecoveryCopy(levelFile)) {
         return;
     }
@@ -96,7 +78,7 @@ void frmMain::offerRecovery() {
         return;
     }
     try {
-        restoreRecoveryCopy(*opened_, shared_.applicationFolder);
+        document.restoreRecoveryCopy();
     } catch (const std::exception& error) {
         shared_.messages->show(this,
                                "The unsaved changes could not be opened; the saved level is "
@@ -105,28 +87,7 @@ void frmMain::offerRecovery() {
                                messageStyle::exclamation);
         return;
     }
-    history_.clear();
-    resetEditState();
     updateCommands();
-}
-
-void frmMain::keepRecoveryCopy() {
-    try {
-        writeRecoveryCopy(opened_->level, opened_->palette);
-    } catch (const std::exception& error) {
-        // A box every few seconds would stop the user's work; the next change
-        // tries again.
-        statusBar()->showMessage("The recovery copy could not be written: " +
-                                 QString::fromStdString(error.what()));
-    }
-}
-
-void frmMain::dropRecoveryCopy() {
-    autosave_->settled();
-    if (opened_ && !removeRecoveryCopy(opened_->level)) {
-        statusBar()->showMessage("The recovery copy " + toQString(recoveryPath(opened_->level)) +
-                                 " could not be removed.");
-    }
 }
 
 void frmMain::dragEnterEvent(QDragEnterEvent* event) {
@@ -146,11 +107,7 @@ void frmMain::dropEvent(QDropEvent* event) {
 
 bool frmMain::openLevelFile(const fs::path& file) {
     releaseModifiers();
-    bool cancelled = false;
-    if (!saveIfModified(openQuestion, &cancelled) || cancelled) {
-        return false;
-    }
-    return openChosenLevel(file);
+    return openChosenInNewTab(file);
 }
 
 bool frmMain::openRecentLevel(std::size_t index) {
@@ -171,20 +128,8 @@ bool frmMain::openRecentLevel(std::size_t index) {
                                messageStyle::exclamation);
         return false;
     }
-    bool cancelled = false;
-    if (!saveIfModified(openQuestion, &cancelled) || cancelled) {
-        return false;
-    }
-    QString failure;
-    const QString configuration = toQString(entry.configuration);
-    if (!useConfig(entry.file, configuration, dialogs_.openLevel.loadUnknown(), &failure)) {
-        shared_.messages->show(this, "The level could not be opened.\n\n" + failure,
-                               messageStyle::exclamation);
-        return false;
-    }
-    showNewLevel();
-    rememberRecent(entry.file, configuration);
-    return true;
+    return openInNewTab(entry.file, toQString(entry.configuration),
+                        dialogs_.openLevel.loadUnknown());
 }
 
 void frmMain::rememberRecent(const fs::path& file, const QString& configuration) {

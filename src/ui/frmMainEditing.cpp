@@ -12,6 +12,9 @@
 #include "ui/BrushTool.h"
 #include "ui/BucketFillTool.h"
 #include "ui/HistoryPanel.h"
+#include "ui/LevelDocument.h"
+#include "ui/LevelView.h"
+#include "ui/PaletteStrip.h"
 #include "ui/PanelDock.h"
 #include "ui/SelectTool.h"
 #include "ui/frmReplaceTile.h"
@@ -115,7 +118,7 @@ void frmMain::buildHistoryDock() {
 }
 
 LevelTool& frmMain::activeTool() const {
-    switch (tool_) {
+    switch (editing_.tool) {
     case Tool::bucketFill:
         return *bucketFillTool_;
     case Tool::select:
@@ -127,67 +130,33 @@ LevelTool& frmMain::activeTool() const {
 }
 
 void frmMain::chooseTool(Tool tool) {
-    if (toolDragOn()) {
-        dragState_ = 0;
+    if (LevelView* view = currentView();
+        view != nullptr && view->gesture() == LevelView::Gesture::toolDrag) {
+        view->cancelGesture();
     }
-    tool_ = tool;
+    editing_.tool = tool;
     toolActions_[static_cast<std::size_t>(tool)]->setChecked(true);
     lblTool_->setText("Tool: " + activeTool().name());
-    renderLevel();
+    if (LevelView* view = currentView()) {
+        view->scheduleRedraw();
+    }
 }
 
 void frmMain::escapeToBrush() {
-    selectTool_->drop();
+    if (LevelDocument* document = currentDocument()) {
+        document->setSelection(std::nullopt);
+    }
     chooseTool(Tool::brush);
     updateSelectionCommands();
 }
 
 std::optional<clsRectangle> frmMain::cellSelection() const {
-    return selectTool_->selection();
-}
-
-ToolContext frmMain::toolContext(int shift, float x, float y) {
-    return ToolContext{
-        opened_->level,
-        mode_,
-        shift,
-        levelCellAt(x, y),
-        BrushPattern{brush_, brushCells()},
-        selectedSpecial_,
-        autoPlaceSpecials_,
-        [this](const std::string& name, const std::function<void(clsLevel&)>& change) {
-            editLevel(name, change);
-        },
-    };
-}
-
-void frmMain::renderToolMarks() {
-    const clsLevel& level = opened_->level;
-    const bool modifierHeld = mode_ == tilesMode ? tileModifierHeld_ : specialModifierHeld_;
-    if (!modifierHeld && pointerOverLevel_) {
-        const std::int32_t z = zoomFactor();
-        const clsRenderOptions options = renderOptions();
-        activeTool().preview(ToolPreview{
-            level,
-            levelBuffer_,
-            levelCamera_,
-            opened_->tileSet,
-            options,
-            mode_,
-            levelCellAt(mouseX_, mouseY_),
-            static_cast<std::int32_t>(std::nearbyint(mouseX_ / z)),
-            static_cast<std::int32_t>(std::nearbyint(mouseY_ / z)),
-            BrushPattern{brush_, brushCells()},
-            selectedSpecial_,
-        });
-    }
-    if (const auto& area = selectTool_->selection()) {
-        renderDashedFrame(levelBuffer_, levelCamera_, level.tileSpacing, *area);
-    }
+    const LevelDocument* document = currentDocument();
+    return document != nullptr ? document->selection() : std::nullopt;
 }
 
 void frmMain::updateSelectionCommands() {
-    const bool selected = selectTool_ && selectTool_->selection().has_value();
+    const bool selected = cellSelection().has_value();
     for (QAction* action : {itmEditCut_, itmEditCopy_, itmEditDelete_, itmEditSelectNone_}) {
         if (action != nullptr) {
             action->setEnabled(selected);
@@ -196,18 +165,18 @@ void frmMain::updateSelectionCommands() {
 }
 
 bool frmMain::copySelectionToClipboard() {
-    const auto& area = selectTool_->selection();
-    if (!opened_ || !area) {
+    const auto area = cellSelection();
+    if (!area) {
         return false;
     }
-    putCellsOnClipboard(copyCells(opened_->level, *area));
+    putCellsOnClipboard(copyCells(currentDocument()->level(), *area));
     return true;
 }
 
 void frmMain::editCopy() {
     releaseModifiers();
     if (copySelectionToClipboard()) {
-        const auto& area = *selectTool_->selection();
+        const clsRectangle area = *cellSelection();
         statusBar()->showMessage(
             QString("Copied %1 x %2 cells").arg(area.width + 1).arg(area.height + 1));
     }
@@ -216,22 +185,23 @@ void frmMain::editCopy() {
 void frmMain::editCut() {
     releaseModifiers();
     if (copySelectionToClipboard()) {
-        const clsRectangle area = *selectTool_->selection();
-        editLevel("Cut", [&](clsLevel& level) { clearCells(level, area); });
+        const clsRectangle area = *cellSelection();
+        currentDocument()->edit("Cut", rangeOf(area),
+                                [&](clsLevel& level) { clearCells(level, area); });
     }
 }
 
 void frmMain::editDelete() {
     releaseModifiers();
-    if (opened_ && selectTool_->selection()) {
-        const clsRectangle area = *selectTool_->selection();
-        editLevel("Delete", [&](clsLevel& level) { clearCells(level, area); });
+    if (const auto area = cellSelection()) {
+        currentDocument()->edit("Delete", rangeOf(*area),
+                                [&](clsLevel& level) { clearCells(level, *area); });
     }
 }
 
 void frmMain::editPaste() {
     releaseModifiers();
-    if (!opened_) {
+    if (currentDocument() == nullptr) {
         return;
     }
     ClipboardCells pasted;
@@ -243,51 +213,51 @@ void frmMain::editPaste() {
                                messageStyle::exclamation);
         return;
     }
-    brush_ = pasted.block.tiles();
+    editing_.brush = pasted.block.tiles();
     if (pasted.carriesSpecials) {
-        brushCells_ = std::move(pasted.block);
+        editing_.brushCells = std::move(pasted.block);
     } else {
-        brushCells_.reset();
+        editing_.brushCells.reset();
     }
     // The brush no longer comes from the palette.
-    paletteSelectionVisible_ = false;
+    editing_.paletteSelectionVisible = false;
     // The pasted cells are a brush of tiles: they go down in Tiles mode.
     tabMode_->setCurrentIndex(tilesMode - 1);
     chooseTool(Tool::brush);
-    renderPalette();
+    palette_->redraw();
     statusBar()->showMessage(QString("Pasted %1 x %2 cells: click to put them down")
-                                 .arg(brush_.width())
-                                 .arg(brush_.height()));
+                                 .arg(editing_.brush.width())
+                                 .arg(editing_.brush.height()));
 }
 
 void frmMain::editSelectAll() {
     releaseModifiers();
-    if (opened_) {
-        selectTool_->selectAll(opened_->level);
-        updateSelectionCommands();
-        renderLevel();
+    if (LevelDocument* document = currentDocument()) {
+        document->setSelection(SelectTool::wholeLevel(document->level()));
     }
 }
 
 void frmMain::editSelectNone() {
     releaseModifiers();
-    selectTool_->drop();
-    updateSelectionCommands();
-    renderLevel();
+    if (LevelDocument* document = currentDocument()) {
+        document->setSelection(std::nullopt);
+    }
 }
 
 void frmMain::editReplaceTile() {
     releaseModifiers();
-    if (!opened_) {
+    LevelDocument* document = currentDocument();
+    if (document == nullptr) {
         return;
     }
-    clsLevel& level = opened_->level;
-    const QPoint cell = levelCellAt(mouseX_, mouseY_);
-    const std::int32_t brushTile = brush_.empty() ? 0 : brush_.at(0, 0);
+    const clsLevel& level = document->level();
+    const QPoint cell = currentView()->pointerCell();
+    const TileGrid& brush = editing_.brush;
+    const std::int32_t brushTile = brush.empty() ? 0 : brush.at(0, 0);
     // The menu is out of the view, so the last cell the pointer was over.
     const std::int32_t underPointer =
         level.contains(cell.x(), cell.y()) ? level.cellAt(cell.x(), cell.y()).tile : brushTile;
-    const auto& selection = selectTool_->selection();
+    const auto selection = document->selection();
     if (!replaceTile_->showModal(underPointer, brushTile, clsLevel::largestFileTile,
                                  selection.has_value())) {
         return;
@@ -307,8 +277,10 @@ void frmMain::editReplaceTile() {
         return;
     }
     std::int64_t replaced = 0;
-    editLevel("Replace Tile",
-              [&](clsLevel& edited) { replaced = replaceTile(edited, from, to, area); });
+    const CellRange range =
+        area != nullptr ? rangeOf(*area) : CellRange{0, 0, level.width - 1, level.height - 1};
+    document->edit("Replace Tile", range,
+                   [&](clsLevel& edited) { replaced = replaceTile(edited, from, to, area); });
     shared_.messages->show(this,
                            QString("Replaced tile %1 with tile %2 in %3 %4.")
                                .arg(from)
@@ -320,20 +292,9 @@ void frmMain::editReplaceTile() {
 
 void frmMain::goToHistoryEntry(int index) {
     releaseModifiers();
-    if (!opened_ || index < 0) {
-        return;
-    }
-    const auto wanted = static_cast<std::size_t>(index);
-    bool moved = false;
-    while (history_.applied() > wanted && !history_.undo(opened_->level).empty()) {
-        moved = true;
-    }
-    while (history_.applied() < wanted && !history_.redo(opened_->level).empty()) {
-        moved = true;
-    }
-    if (moved) {
-        opened_->level.modified = true;
-        renderLevel();
+    LevelDocument* document = currentDocument();
+    if (document != nullptr && index >= 0) {
+        document->goToEntry(static_cast<std::size_t>(index));
     }
     updateCommands();
 }

@@ -1,35 +1,41 @@
-// The main window's open level: loading it, sizing the views, drawing them.
+// The main window's levels: loading them, a tab for each, and the tab in front.
 #include "ui/frmMain.h"
 
 #include "app/SharedObjects.h"
+#include "app/autosave.h"
 #include "app/modMain.h"
 #include "app/qtPaths.h"
 #include "app/settings.h"
 #include "data/openLevel.h"
-#include "data/tilePalette.h"
+#include "ui/BrushTool.h"
+#include "ui/BucketFillTool.h"
+#include "ui/LevelDocument.h"
+#include "ui/LevelView.h"
+#include "ui/PaletteStrip.h"
 #include "ui/PictureBox.h"
 #include "ui/SelectTool.h"
 #include "ui/frmOpenLevel.h"
 #include "ui/frmStatus.h"
 
-#include <QScrollBar>
+#include <QAction>
+#include <QFileInfo>
+#include <QStackedWidget>
+#include <QStatusBar>
 #include <QTabBar>
 
-#include <cmath>
 #include <exception>
+#include <system_error>
 
 namespace marvek {
 namespace {
+
+namespace fs = std::filesystem;
 
 // The first line before the loader names its stages.
 const QString loadingStatus = "Loading level data";
 
 const QString defaultLevelMessage =
     "The default level is invalid and cannot be loaded. Please reconfigure.";
-
-std::int32_t rounded(double value) {
-    return static_cast<std::int32_t>(std::nearbyint(value));
-}
 
 } // namespace
 
@@ -45,6 +51,10 @@ bool frmMain::initialLoad() {
         if (useConfig(*shared_.startupLevel, config, dialogs_.openLevel.loadUnknown(), &failure)) {
             showNewLevel();
             rememberRecent(*shared_.startupLevel, config);
+            for (const fs::path& more : shared_.moreStartupLevels) {
+                openInNewTab(more, config, dialogs_.openLevel.loadUnknown());
+            }
+            switchToTab(0);
             activateWindow();
             return true;
         }
@@ -56,7 +66,7 @@ bool frmMain::initialLoad() {
         shared_.startupConfiguration.reset();
         shared_.runDataFolder.reset();
     }
-    const std::filesystem::path level =
+    const fs::path level =
         shared_.dataFolder() / settingText(settings, settingKey::defaultLevel, {});
     if (!useConfig(level, defaultConfig, dialogs_.openLevel.loadUnknown(), &failure)) {
         // The options come next; an empty editor behind them helps no one.
@@ -75,16 +85,9 @@ bool frmMain::initialLoad() {
     return true;
 }
 
-void frmMain::showNewLevel() {
-    resetEditState();
-    showLevelInPanels();
-    createBuffers();
-    renderLevel();
-    renderPalette();
-}
-
-bool frmMain::openWithConfig(const std::filesystem::path& levelFile, const QString& configuration,
-                             bool loadUnknown, QString* failure) {
+std::unique_ptr<OpenedLevel> frmMain::loadLevel(const fs::path& levelFile,
+                                                const QString& configuration, bool loadUnknown,
+                                                QString* failure) {
     dialogs_.status.setStatus(loadingStatus);
     setEnabled(false);
     // The window comes back and the notice goes on every path.
@@ -103,34 +106,191 @@ bool frmMain::openWithConfig(const std::filesystem::path& levelFile, const QStri
     request.configuration = configuration.toStdString();
     request.loadUnknownSpecials = loadUnknown;
     try {
-        // Everything loads into new objects; only a complete load replaces
-        // the open level and its history.
-        auto opened =
-            std::make_unique<OpenedLevel>(openLevel(request, [this](std::string_view text) {
-                dialogs_.status.setStatus(QString::fromUtf8(text.data(), qsizetype(text.size())));
-            }));
-        opened_ = std::move(opened);
+        return std::make_unique<OpenedLevel>(openLevel(request, [this](std::string_view text) {
+            dialogs_.status.setStatus(QString::fromUtf8(text.data(), qsizetype(text.size())));
+        }));
     } catch (const std::exception& error) {
         if (failure != nullptr) {
             *failure = QString::fromStdString(error.what());
         }
+        return nullptr;
+    }
+}
+
+bool frmMain::useConfig(const fs::path& levelFile, const QString& configuration, bool loadUnknown,
+                        QString* failure) {
+    auto opened = loadLevel(levelFile, configuration, loadUnknown, failure);
+    if (!opened) {
         return false;
     }
-    history_.clear();
-    resetEditState();
-    updateCommands();
-    if (!opened_->repairs.empty()) {
-        setEnabled(true);
-        dialogs_.status.hideStatus();
-        warnOfRepairs();
+    if (!opened->repairs.empty()) {
+        warnOfRepairs(*opened);
     }
+    LevelDocument* document = currentDocument();
+    if (document == nullptr) {
+        document = &addDocument(std::move(opened), configuration);
+    } else {
+        document->replace(std::move(opened), configuration);
+    }
+    offerRecovery(*document);
     return true;
 }
 
-void frmMain::warnOfRepairs() {
+bool frmMain::openInNewTab(const fs::path& file, const QString& configuration, bool loadUnknown) {
+    if (const auto open = tabOf(file)) {
+        switchToTab(*open);
+        return true;
+    }
+    QString failure;
+    auto opened = loadLevel(file, configuration, loadUnknown, &failure);
+    if (!opened) {
+        shared_.messages->show(this, "The level could not be opened.\n\n" + failure,
+                               messageStyle::exclamation);
+        return false;
+    }
+    if (!opened->repairs.empty()) {
+        warnOfRepairs(*opened);
+    }
+    releaseModifiers();
+    LevelDocument& document = addDocument(std::move(opened), configuration);
+    offerRecovery(document);
+    showNewLevel();
+    rememberRecent(file, configuration);
+    return true;
+}
+
+std::optional<int> frmMain::tabOf(const fs::path& file) const {
+    // A bare name is the data folder's, whatever its case (rule 2's lookup).
+    const fs::path wanted = levelFilePath(shared_.dataFolder(), file);
+    std::error_code error;
+    for (std::size_t i = 0; i < documents_.size(); ++i) {
+        const fs::path open = documents_[i]->file();
+        if (open == wanted || fs::equivalent(open, wanted, error)) {
+            return static_cast<int>(i);
+        }
+    }
+    return std::nullopt;
+}
+
+LevelDocument& frmMain::addDocument(std::unique_ptr<OpenedLevel> opened,
+                                    const QString& configuration) {
+    auto document = std::make_unique<LevelDocument>(std::move(opened), configuration,
+                                                    shared_.applicationFolder, makeTimer_(), this);
+    document->setUndoMaximum(settingNumber(shared_.settings, settingKey::undoLevels, 64));
+    if (shared_.editRangeFault) {
+        document->setRangeFault(shared_.editRangeFault);
+    }
+    LevelDocument& added = *document;
+    connectDocument(added);
+    auto* view = new LevelView(
+        added, ViewServices{shared_, editing_, [this]() -> LevelTool& { return activeTool(); }},
+        views_);
+    connect(view, &LevelView::viewMoved, this, [this, view] {
+        if (view == currentView()) {
+            refreshNavigation();
+        }
+    });
+    connect(view, &LevelView::cellStatus, this, [this](const QString& text) {
+        if (text.isEmpty()) {
+            statusBar()->clearMessage();
+        } else {
+            statusBar()->showMessage(text);
+        }
+    });
+    connect(view, &LevelView::brushChanged, palette_, &PaletteStrip::redraw);
+    documents_.push_back(std::move(document));
+    views_->addWidget(view);
+    const int index = tabLevels_->addTab(QString());
+    updateTabTitle(added);
+    tabLevels_->setCurrentIndex(index);
+    documentShown();
+    return added;
+}
+
+void frmMain::connectDocument(LevelDocument& document) {
+    LevelDocument* changed = &document;
+    const auto ifCurrent = [this, changed](auto action) {
+        return [this, changed, action] {
+            if (changed == currentDocument()) {
+                action();
+            }
+        };
+    };
+    connect(changed, &LevelDocument::historyChanged, this, ifCurrent([this] { updateCommands(); }));
+    connect(changed, &LevelDocument::selectionChanged, this,
+            ifCurrent([this] { updateSelectionCommands(); }));
+    connect(changed, &LevelDocument::cellsChanged, this, ifCurrent([this] { refreshPanels(); }));
+    connect(changed, &LevelDocument::levelReplaced, this, ifCurrent([this] { documentShown(); }));
+    connect(changed, &LevelDocument::graphicsChanged, this, ifCurrent([this] {
+                palette_->refresh();
+                showLevelInPanels();
+            }));
+    connect(changed, &LevelDocument::modifiedChanged, this, [this, changed] {
+        updateTabTitle(*changed);
+        if (changed == currentDocument()) {
+            updateCommands();
+        }
+    });
+    connect(changed, &LevelDocument::fileChangedOnDisk, this, [this, changed] {
+        updateTabTitle(*changed);
+        if (changed == currentDocument()) {
+            updateCommands();
+            statusBar()->showMessage(QFileInfo(toQString(changed->file())).fileName() +
+                                     " was changed by another program: File > Reload reads it "
+                                     "again.");
+        }
+    });
+    connect(changed, &LevelDocument::notice, this,
+            [this](const QString& text) { statusBar()->showMessage(text); });
+}
+
+void frmMain::updateTabTitle(LevelDocument& document) {
+    for (std::size_t i = 0; i < documents_.size(); ++i) {
+        if (documents_[i].get() != &document) {
+            continue;
+        }
+        const QString file = toQString(document.file());
+        QString title = QFileInfo(file).completeBaseName().toUpper();
+        if (document.modified()) {
+            title += " *";
+        }
+        if (document.changedOnDisk()) {
+            title += " (changed on disk)";
+        }
+        tabLevels_->setTabText(static_cast<int>(i), title);
+        tabLevels_->setTabToolTip(static_cast<int>(i), file);
+    }
+}
+
+void frmMain::documentShown() {
+    LevelDocument* document = currentDocument();
+    palette_->showLevel(document != nullptr ? &document->opened() : nullptr);
+    showLevelInPanels();
+    updateCommands();
+    if (LevelView* view = currentView()) {
+        refreshNavigation();
+        view->picture().setFocus();
+    }
+}
+
+void frmMain::showNewLevel() {
+    if (const OpenedLevel* opened = openedLevel()) {
+        editing_.resetFor(opened->specialSet);
+    }
+    editing_.mode = tabMode_->currentIndex() + 1;
+    editing_.moveSensitivity =
+        static_cast<float>(settingNumber(shared_.settings, settingKey::moveSensitivity, 10)) /
+        10.0F;
+    if (LevelDocument* document = currentDocument()) {
+        updateTabTitle(*document);
+    }
+    documentShown();
+}
+
+void frmMain::warnOfRepairs(const OpenedLevel& opened) {
     QString text = "Parts of these files were missing and were filled in while reading them; "
                    "saving writes the level as it is shown now:";
-    for (const std::string& repair : opened_->repairs) {
+    for (const std::string& repair : opened.repairs) {
         text += "\n\n" + toQString(repair);
     }
     shared_.messages->show(this, text, messageStyle::exclamation);
@@ -138,10 +298,12 @@ void frmMain::warnOfRepairs() {
 
 void frmMain::loadOptions() {
     const clsConfiguration& settings = shared_.settings;
-    alphaBlending_ = settingNumber(settings, settingKey::alphaBlending, 1) != 0;
-    autoPlaceSpecials_ = settingNumber(settings, settingKey::autoPlaceSpecials, 1) != 0;
-    history_.setMaximum(settingNumber(settings, settingKey::undoLevels, 64));
-    moveSensitivity_ =
+    editing_.alphaBlending = settingNumber(settings, settingKey::alphaBlending, 1) != 0;
+    editing_.autoPlaceSpecials = settingNumber(settings, settingKey::autoPlaceSpecials, 1) != 0;
+    for (const auto& document : documents_) {
+        document->setUndoMaximum(settingNumber(settings, settingKey::undoLevels, 64));
+    }
+    editing_.moveSensitivity =
         static_cast<float>(settingNumber(settings, settingKey::moveSensitivity, 10)) / 10.0F;
     clsFont font;
     const auto fontPath = editorFontPath(shared_);
@@ -152,133 +314,6 @@ void frmMain::loadOptions() {
             this, toQString(fontPath) + ": the editor font does not load; the previous font stays.",
             messageStyle::exclamation);
     }
-}
-
-void frmMain::resetEditState() {
-    levelCamera_ = clsCamera();
-    paletteCamera_ = clsCamera();
-    brush_ = TileGrid(1, 1);
-    brush_.at(0, 0) = 1;
-    brushCells_.reset();
-    selection_ = clsRectangle();
-    selectionVisible_ = false;
-    if (selectTool_) {
-        selectTool_->drop();
-    }
-    paletteSelection_ = clsRectangle();
-    paletteSelectionVisible_ = true;
-    selectedSpecial_ = nullptr;
-    if (opened_ && opened_->specialSet.count() > 0) {
-        selectedSpecial_ = &opened_->specialSet.getSpecial(0);
-    }
-    mode_ = tabMode_->currentIndex() + 1;
-    moveSensitivity_ =
-        static_cast<float>(settingNumber(shared_.settings, settingKey::moveSensitivity, 10)) /
-        10.0F;
-    zoomed_ = true;
-    renderFlags_ = 12;
-    if (opened_) {
-        opened_->level.tileSpacing = 16;
-    }
-    applyModeFlags();
-}
-
-void frmMain::applyModeFlags() {
-    renderFlags_ |= renderFlags::tiles;
-    if (mode_ == tilesMode) {
-        renderFlags_ &= ~renderFlags::specials;
-    } else {
-        renderFlags_ |= renderFlags::specials;
-    }
-}
-
-void frmMain::createBuffers() {
-    if (!opened_) {
-        return;
-    }
-    const std::int32_t z = zoomFactor();
-    const clsLevel& level = opened_->level;
-    picLevel_->clear();
-    picPalette_->clear();
-    levelBuffer_.Create(rounded(double(picLevel_->width() - 4) / z),
-                        rounded(double(picLevel_->height() - 4) / z), z);
-    paletteBuffer_.Create(picPalette_->width() - 4, picPalette_->height() - 4, 1);
-
-    levelCamera_.viewWidth = levelBuffer_.width();
-    levelCamera_.viewHeight = levelBuffer_.height();
-    levelCamera_.levelWidth = level.width * level.tileSpacing;
-    levelCamera_.levelHeight = level.height * level.tileSpacing;
-    levelCamera_.checkPosition();
-
-    paletteCamera_.viewWidth = paletteBuffer_.width();
-    paletteCamera_.viewHeight = paletteBuffer_.height();
-    paletteCamera_.levelWidth = paletteBuffer_.width();
-    paletteCamera_.levelHeight =
-        mode_ == specialsMode ? opened_->specialSet.paletteHeight()
-                              : tilePaletteRows(opened_->tileSet.count()) * level.tileSpacing;
-    paletteCamera_.checkPosition();
-    updatePaletteScroll();
-}
-
-void frmMain::updatePaletteScroll() {
-    if (!opened_) {
-        return;
-    }
-    // The last row counts when partial, so that its tiles can be reached.
-    const int maximum = mode_ == tilesMode
-                            ? tilePaletteRows(opened_->tileSet.count()) * clsTileSet::tileSize -
-                                  picPalette_->height() + 5
-                            : opened_->specialSet.paletteHeight() - picPalette_->height();
-    {
-        const QSignalBlocker quiet(scrlPalette_);
-        scrlPalette_->setMaximum(std::max(maximum, 0));
-    }
-    showPaletteScroll();
-}
-
-void frmMain::showPaletteScroll() {
-    if (!opened_) {
-        return;
-    }
-    paletteCamera_.y = scrlPalette_->value();
-    renderPalette();
-}
-
-clsRenderOptions frmMain::renderOptions() const {
-    return {shared_.editorFont, alphaBlending_};
-}
-
-void frmMain::renderLevel() {
-    if (!opened_ || !levelBuffer_.isUsable()) {
-        return;
-    }
-    const clsLevel& level = opened_->level;
-    level.renderTo(levelBuffer_, levelCamera_, opened_->tileSet, opened_->specialSet, renderFlags_,
-                   renderOptions());
-    renderToolMarks();
-    if (selectionVisible_) {
-        level.renderTileRect(levelBuffer_, levelCamera_, selection_, alphaBlending_);
-    }
-    drawNavigationMarks();
-    levelBuffer_.Present(*picLevel_);
-    refreshNavigation();
-}
-
-void frmMain::renderPalette() {
-    if (!opened_ || !paletteBuffer_.isUsable()) {
-        return;
-    }
-    if (mode_ == specialsMode) {
-        opened_->specialSet.renderTo(paletteBuffer_, paletteCamera_, selectedSpecial_,
-                                     shared_.editorFont, alphaBlending_);
-    } else {
-        opened_->tileSet.renderTo(paletteBuffer_, paletteCamera_);
-        if (paletteSelectionVisible_) {
-            opened_->tileSet.renderSelected(paletteBuffer_, paletteSelection_, paletteCamera_,
-                                            alphaBlending_ ? 1 : 0);
-        }
-    }
-    paletteBuffer_.Present(*picPalette_);
 }
 
 } // namespace marvek

@@ -9,6 +9,8 @@
 #include "data/openLevel.h"
 #include "io/FileError.h"
 #include "native/marvek.h"
+#include "ui/LevelDocument.h"
+#include "ui/LevelView.h"
 #include "ui/OverviewPanel.h"
 #include "ui/PanelDock.h"
 #include "ui/PictureBox.h"
@@ -34,46 +36,10 @@ namespace {
 const QString overviewName = "overview";
 const QString specialsName = "specials";
 const QString historyName = "history";
-constexpr int highlightMilliseconds = 1500;
-
-// Tells when a widget's size changes.
-class ResizeWatcher : public QObject {
-public:
-    ResizeWatcher(QWidget& watched, std::function<void()> resized)
-        : QObject(&watched), resized_(std::move(resized)) {
-        watched.installEventFilter(this);
-    }
-
-protected:
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-        if (event->type() == QEvent::Resize) {
-            resized_();
-        }
-        return false;
-    }
-
-private:
-    std::function<void()> resized_;
-};
-
-QScrollBar* levelScrollBar(Qt::Orientation orientation, const char* name, QWidget* parent) {
-    auto* bar = new QScrollBar(orientation, parent);
-    bar->setObjectName(name);
-    bar->setFocusPolicy(Qt::NoFocus);
-    return bar;
-}
 
 } // namespace
 
 void frmMain::buildPanels() {
-    QWidget* central = centralWidget();
-    new ResizeWatcher(*central, [this] { centralResized(); });
-    scrlLevelX_ = levelScrollBar(Qt::Horizontal, "scrlLevelX", central);
-    scrlLevelY_ = levelScrollBar(Qt::Vertical, "scrlLevelY", central);
-    connect(scrlLevelX_, &QScrollBar::valueChanged, this, &frmMain::scrollBarMoved);
-    connect(scrlLevelY_, &QScrollBar::valueChanged, this, &frmMain::scrollBarMoved);
-    connect(picLevel_, &PictureBox::wheelScrolled, this, &frmMain::scrollByWheel);
-
     overviewDock_ = new PanelDock("Overview", "dockOverview", this);
     overview_ = new OverviewPanel(overviewDock_);
     overviewDock_->setWidget(overview_);
@@ -90,48 +56,43 @@ void frmMain::buildPanels() {
         connect(dock, &PanelDock::closedByUser, this, [this] {
             // The room may stay the same (a panel beside another), so the
             // status bar and the check marks are brought up to date here.
-            renderLevel();
-            viewMenu_->sync();
+            refreshNavigation();
             savePanels();
         });
     }
     connect(overview_, &OverviewPanel::cellChosen, this, &frmMain::centreView);
     connect(specialsList_, &SpecialsListPanel::cellChosen, this, &frmMain::chooseListedCell);
 
+    lblZoom_ = new QLabel(this);
+    lblZoom_->setObjectName("lblZoom");
+    statusBar()->addPermanentWidget(lblZoom_);
     lblViewRange_ = new QLabel(this);
     lblViewRange_->setObjectName("lblViewRange");
     statusBar()->addPermanentWidget(lblViewRange_);
-    highlightTimer_ = new QTimer(this);
-    highlightTimer_->setSingleShot(true);
-    connect(highlightTimer_, &QTimer::timeout, this, [this] {
-        highlightedCell_.reset();
-        renderLevel();
-    });
     goToCell_ = new frmGoToCell(this);
-}
-
-void frmMain::centralResized() {
-    // A resize of the window lays out in resizeEvent; what is left here is
-    // a panel shown, hidden or dragged larger, which the window never sees.
-    if (size() != sizeLaidOut_) {
-        sizeLaidOut_ = size();
-        return;
-    }
-    layOutAndRedraw();
 }
 
 void frmMain::buildViewMenu() {
     viewMenu_ = new ViewMenu(*menuBar(), this);
     const auto flagOn = [this](std::int32_t flag) {
-        return [this, flag] { return (renderFlags_ & flag) != 0; };
+        return [this, flag] { return (renderFlags() & flag) != 0; };
     };
-    const auto flagToggle = [this](std::int32_t flag) {
-        return [this, flag] { toggleRenderFlag(flag); };
+    const auto onView = [this](auto action) {
+        return [this, action] {
+            if (LevelView* view = currentView()) {
+                action(*view);
+            }
+        };
     };
-    viewMenu_->addToggle(
-        "itmViewZoom", "&Zoom", "Z", [this] { toggleZoom(); }, [this] { return zoomed_; });
-    viewMenu_->addToggle(
-        "itmViewGrid", "&Grid", "G", [this] { toggleGrid(); }, flagOn(renderFlags::clear));
+    const auto flagToggle = [onView](std::int32_t flag) {
+        return onView([flag](LevelView& view) { view.toggleRenderFlag(flag); });
+    };
+    viewMenu_->addToggle("itmViewZoom", "&Zoom", "Z",
+                         onView([](LevelView& view) { view.toggleZoom(); }),
+                         [this] { return zoomed(); });
+    viewMenu_->addToggle("itmViewGrid", "&Grid", "G",
+                         onView([](LevelView& view) { view.toggleGrid(); }),
+                         flagOn(renderFlags::clear));
     viewMenu_->addToggle("itmViewOutlines", "&Outlines", "B", flagToggle(renderFlags::outlines),
                          flagOn(renderFlags::outlines));
     viewMenu_->addToggle("itmViewOversize", "O&versize Marks", "O",
@@ -139,7 +100,21 @@ void frmMain::buildViewMenu() {
                          flagOn(renderFlags::oversizeMarks));
     viewMenu_->addToggle("itmViewUndefined", "&Undefined IDs", "U",
                          flagToggle(renderFlags::undefinedIds), flagOn(renderFlags::undefinedIds));
-    viewMenu_->menu().addSeparator();
+    QMenu& menu = viewMenu_->menu();
+    menu.addSeparator();
+    const auto zoomCommand = [this, &menu, onView](const char* name, const QString& caption,
+                                                   QList<QKeySequence> keys, auto action) {
+        QAction* command = addCommand(menu, name, caption);
+        command->setShortcuts(keys);
+        connect(command, &QAction::triggered, this, onView(action));
+    };
+    zoomCommand("itmViewZoomIn", "Zoom &In", {QKeySequence("Ctrl+="), QKeySequence("Ctrl++")},
+                [](LevelView& view) { view.zoomBy(1); });
+    zoomCommand("itmViewZoomOut", "Zoom O&ut", {QKeySequence("Ctrl+-")},
+                [](LevelView& view) { view.zoomBy(-1); });
+    zoomCommand("itmViewZoomReset", "Zoom &200 %", {QKeySequence("Ctrl+0")},
+                [](LevelView& view) { view.zoomToCentre(LevelView::usualZoom); });
+    menu.addSeparator();
     viewMenu_->addToggle(
         "itmViewOverview", "Overvie&w", "M", [this] { togglePanel(*overviewDock_); },
         [this] { return !overviewDock_->isHidden(); });
@@ -153,7 +128,9 @@ void frmMain::buildViewMenu() {
 
 void frmMain::togglePanel(PanelDock& dock) {
     dock.setVisible(dock.isHidden());
-    renderLevel();
+    // A panel shown catches up with the level it missed while hidden.
+    showLevelInPanels();
+    refreshNavigation();
     // After the redraw, so that a failure to write stays in the status bar.
     savePanels();
 }
@@ -225,131 +202,78 @@ bool frmMain::navigateByKey(const QKeyEvent& event) {
     default:
         return false;
     }
-    stepView(step);
+    if (LevelView* view = currentView()) {
+        view->stepView(step);
+    }
     return true;
 }
 
-void frmMain::stepView(ViewStep step) {
-    if (!opened_) {
-        return;
-    }
-    stepCamera(levelCamera_, step, opened_->level.tileSpacing);
-    renderLevel();
-}
-
-void frmMain::scrollByWheel(int dx, int dy, int shift) {
-    if (!opened_ || (dx == 0 && dy == 0)) {
-        return;
-    }
-    // Shift turns the wheel's turn into a move across.
-    if (shift == 1 && dx == 0) {
-        std::swap(dx, dy);
-    }
-    const std::int32_t pitch = opened_->level.tileSpacing;
-    levelCamera_.moveRelative(-wheelPixels(dx, pitch), -wheelPixels(dy, pitch));
-    renderLevel();
-}
-
-void frmMain::scrollBarMoved() {
-    if (!opened_) {
-        return;
-    }
-    levelCamera_.Move(scrlLevelX_->value(), scrlLevelY_->value());
-    renderLevel();
-}
-
-void frmMain::startPan(float x, float y) {
-    panning_ = true;
-    panStart_ = QPointF(x, y);
-    panCamera_ = QPoint(levelCamera_.x, levelCamera_.y);
-    picLevel_->setCursor(Qt::ClosedHandCursor);
-}
-
-void frmMain::panTo(float x, float y) {
-    // The level follows the pointer, in level pixels.
-    const double z = zoomFactor();
-    levelCamera_.Move(
-        panCamera_.x() - static_cast<std::int32_t>(std::nearbyint((x - panStart_.x()) / z)),
-        panCamera_.y() - static_cast<std::int32_t>(std::nearbyint((y - panStart_.y()) / z)));
-    renderLevel();
-}
-
 void frmMain::centreView(int x, int y) {
-    if (!opened_) {
-        return;
+    if (LevelView* view = currentView()) {
+        view->centreOn(x, y);
     }
-    centreCamera(levelCamera_, x, y, opened_->level.tileSpacing);
-    renderLevel();
 }
 
 void frmMain::chooseListedCell(int x, int y) {
-    highlightedCell_ = QPoint(x, y);
-    highlightTimer_->start(highlightMilliseconds);
-    centreView(x, y);
+    if (LevelView* view = currentView()) {
+        view->highlight(QPoint(x, y));
+    }
 }
 
 void frmMain::editGoToCell() {
     releaseModifiers();
-    if (!opened_) {
+    LevelView* view = currentView();
+    if (view == nullptr) {
         return;
     }
-    const clsLevel& level = opened_->level;
-    const CellRange shown =
-        visibleCells(levelCamera_, level.tileSpacing, level.width, level.height);
+    const clsLevel& level = view->document().level();
+    const CellRange shown = view->shownCells();
     const QPoint middle((shown.left + shown.right) / 2, (shown.top + shown.bottom) / 2);
     if (const auto cell = goToCell_->ask(level.width, level.height, middle)) {
-        centreView(cell->x(), cell->y());
+        view->centreOn(cell->x(), cell->y());
     }
-    picLevel_->setFocus();
+    view->picture().setFocus();
 }
 
 void frmMain::showLevelInPanels() {
-    if (!opened_) {
+    const OpenedLevel* opened = openedLevel();
+    if (opened == nullptr) {
         return;
     }
-    overview_->showLevel(*opened_);
+    if (!overviewDock_->isHidden()) {
+        overview_->showLevel(*opened);
+    }
     specialsList_->forgetLevel();
-    highlightedCell_.reset();
-    picLevel_->setFocus();
+    refreshPanels();
 }
 
-void frmMain::drawNavigationMarks() {
-    if (highlightedCell_) {
-        drawCellFrame(levelBuffer_, levelCamera_, opened_->level.tileSpacing, highlightedCell_->x(),
-                      highlightedCell_->y(), createBGRA(255, 255, 0, 0));
+void frmMain::refreshPanels() {
+    const OpenedLevel* opened = openedLevel();
+    if (opened == nullptr) {
+        return;
+    }
+    if (!overviewDock_->isHidden()) {
+        overview_->levelChanged(opened->level);
+    }
+    if (!specialsDock_->isHidden()) {
+        specialsList_->showLevel(opened->level, opened->specialSet);
     }
 }
 
 void frmMain::refreshNavigation() {
-    const clsLevel& level = opened_->level;
-    const auto follow = [](QScrollBar& bar, std::int32_t position, std::int32_t view,
-                           std::int32_t total, std::int32_t step) {
-        const QSignalBlocker quiet(&bar);
-        bar.setRange(0, std::max(total - view, 0));
-        bar.setPageStep(std::max(view, 1));
-        bar.setSingleStep(step);
-        bar.setValue(position);
-    };
-    follow(*scrlLevelX_, levelCamera_.x, levelCamera_.viewWidth, levelCamera_.levelWidth,
-           level.tileSpacing);
-    follow(*scrlLevelY_, levelCamera_.y, levelCamera_.viewHeight, levelCamera_.levelHeight,
-           level.tileSpacing);
-
-    const CellRange shown =
-        visibleCells(levelCamera_, level.tileSpacing, level.width, level.height);
-    overview_->setView(shown);
-    overview_->levelChanged(level);
-    if (!specialsDock_->isHidden()) {
-        specialsList_->showLevel(level, opened_->specialSet);
+    LevelView* view = currentView();
+    if (view == nullptr) {
+        return;
     }
-    // The view may have moved under a still pointer, or the cell changed.
-    showCellStatus();
+    const CellRange shown = view->shownCells();
+    overview_->setView(shown);
     lblViewRange_->setVisible(!overviewDock_->isHidden());
     lblViewRange_->setText(QString("View (%1, %2) - (%3, %4)")
                                .arg(shown.left)
                                .arg(shown.top)
                                .arg(shown.right)
                                .arg(shown.bottom));
+    showZoom();
     viewMenu_->sync();
 }
 

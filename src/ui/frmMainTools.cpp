@@ -5,7 +5,7 @@
 #include "app/qtPaths.h"
 #include "data/levelExport.h"
 #include "data/openLevel.h"
-#include "ui/PictureBox.h"
+#include "ui/LevelView.h"
 #include "ui/frmAbout.h"
 #include "ui/frmExportLevel.h"
 #include "ui/frmStatus.h"
@@ -27,10 +27,11 @@ const QString benchmarkQuestion =
 } // namespace
 
 bool frmMain::fileExportBitmap() {
-    if (!opened_) {
+    const OpenedLevel* opened = openedLevel();
+    if (opened == nullptr) {
         return false;
     }
-    const clsLevel& level = opened_->level;
+    const clsLevel& level = opened->level;
     // Said before any question, so that nothing is asked in vain.
     if (const std::string problem = exportSizeProblem(level); !problem.empty()) {
         shared_.messages->show(this, toQString(problem), messageStyle::exclamation);
@@ -44,7 +45,7 @@ bool frmMain::fileExportBitmap() {
     }
     const std::filesystem::path path = toPath(toQString(exportFileName(chosen.toStdString())));
     frmExportLevel& dialog = dialogs_.exportLevel;
-    dialog.manualActivate(opened_->specialSet);
+    dialog.manualActivate(opened->specialSet);
     dialog.showModal();
     if (dialog.cancelled()) {
         return false;
@@ -54,9 +55,9 @@ bool frmMain::fileExportBitmap() {
     dialogs_.status.setStatus("Rendering...");
     QString failure;
     try {
-        const clsBackBuffer picture =
-            renderLevelExport(level, opened_->tileSet, opened_->specialSet,
-                              {dialog.tagChoice(), dialog.renderAll(), renderOptions()});
+        const clsBackBuffer picture = renderLevelExport(
+            level, opened->tileSet, opened->specialSet,
+            {dialog.tagChoice(), dialog.renderAll(), {shared_.editorFont, editing_.alphaBlending}});
         dialogs_.status.setStatus("Saving...");
         writeExportPicture(picture, path);
     } catch (const std::exception& error) {
@@ -75,25 +76,19 @@ bool frmMain::fileExportBitmap() {
 void frmMain::toolsBenchmark() {
     if (shared_.messages->show(this, benchmarkQuestion, messageStyle::yesNoQuestion) !=
             messageAnswer::yes ||
-        !opened_) {
+        currentView() == nullptr) {
         return;
     }
-    const clsRenderOptions options = renderOptions();
-    const auto render = [this, &options](std::int32_t flags) {
-        return [this, &options, flags] {
-            opened_->level.renderTo(levelBuffer_, levelCamera_, opened_->tileSet,
-                                    opened_->specialSet, flags, options);
-        };
+    LevelView& view = *currentView();
+    const auto render = [&view](std::int32_t flags) {
+        return [&view, flags] { view.renderOnly(flags); };
     };
     const std::vector<BenchmarkTest> tests{
         {"Render tiles", render(renderFlags::tiles)},
         {"Render specials",
          render(renderFlags::specials | renderFlags::oversizeMarks | renderFlags::outlines)},
         // Presenting ends on the screen: the picture box paints at once.
-        {"Present backbuffer", [this] {
-             levelBuffer_.Present(*picLevel_);
-             picLevel_->repaint();
-         }}};
+        {"Present backbuffer", [&view] { view.presentNow(); }}};
     const std::string results = runBenchmark(tests, tickClock_);
     shared_.messages->show(this, toQString(results), messageStyle::information);
 }

@@ -6,10 +6,16 @@
 #include "app/SharedObjects.h"
 #include "app/modMain.h"
 #include "app/qtPaths.h"
+#include "data/UndoHistory.h"
 #include "data/openLevel.h"
+#include "graphics/clsBackBuffer.h"
+#include "graphics/clsCamera.h"
+#include "graphics/clsRectangle.h"
 #include "support/TempDir.h"
 #include "support/scripted.h"
 #include "ui/EditorWindows.h"
+#include "ui/LevelDocument.h"
+#include "ui/LevelView.h"
 #include "ui/frmMain.h"
 
 #include <QApplication>
@@ -54,6 +60,10 @@ protected:
         dialogs_ = dialogs.get();
         shared_ =
             std::make_unique<SharedObjects>(appFolder(), std::move(dialogs), std::move(messages));
+        // Every edit of every test names the cells it changed.
+        shared_->editRangeFault = [](const std::string& step) {
+            ADD_FAILURE() << "\"" << step << "\" changed cells outside the range it named";
+        };
         windows_ = std::make_unique<EditorWindows>(*shared_);
     }
 

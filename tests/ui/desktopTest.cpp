@@ -153,6 +153,13 @@ TEST(CommandLine, TheLevelItsConfigurationAndTheDataFolder) {
     EXPECT_EQ(full.run->level, fs::path("levels/L1MA1"));
     EXPECT_EQ(full.run->configuration, "world2");
     EXPECT_EQ(full.run->dataFolder, fs::path("/games/TWDATA"));
+    EXPECT_TRUE(full.run->moreLevels.empty());
+
+    // Every level after the first opens in a tab of its own.
+    const auto several = parseCommandLine({"marvek", "L1", "L2", "--config", "w", "L3"}, version);
+    ASSERT_TRUE(several.run);
+    EXPECT_EQ(several.run->level, fs::path("L1"));
+    EXPECT_EQ(several.run->moreLevels, (std::vector<fs::path>{"L2", "L3"}));
 
     // Options may come first, and a level may begin with a dash after "--".
     const auto dashed = parseCommandLine({"marvek", "--data", "d", "--", "-odd"}, version);
@@ -180,7 +187,7 @@ TEST(CommandLine, TheLevelItsConfigurationAndTheDataFolder) {
 TEST(CommandLine, AMistakePrintsTheUsageAndEndsWithTwo) {
     const std::vector<std::pair<QStringList, QString>> mistakes = {
         {{"marvek", "--bogus"}, "bogus"},
-        {{"marvek", "L1MA1", "L1MA2"}, "one level at a time"},
+        {{"marvek", "L1MA1", ""}, "empty"},
         {{"marvek", "L1MA1", "--config"}, "config"},
         {{"marvek", "--config", "world1"}, "--config goes with a LEVEL"},
         {{"marvek", "L1MA1", "--data", "a", "--data", "b"}, "--data given twice"},

@@ -77,6 +77,8 @@ protected:
         QMouseEvent move(QEvent::MouseMove, QPointF(at), view().mapToGlobal(QPointF(at)),
                          Qt::NoButton, Qt::NoButton, Qt::NoModifier);
         QApplication::sendEvent(&view(), &move);
+        // The view redraws once the events are through.
+        QApplication::processEvents();
     }
 
     void dragOnView(QPoint from, QPoint to) const {

@@ -1,5 +1,7 @@
 #include "EditorFixture.h"
 
+#include "ui/LevelDocument.h"
+
 #include "data/clsLevel.h"
 #include "io/packedFile.h"
 #include "ui/MarvekApplication.h"
@@ -37,7 +39,8 @@ std::string magic(const fs::path& file) {
 }
 
 void paintCorner(frmMain& window, std::int16_t tile) {
-    window.editLevel("Paint", [tile](clsLevel& level) { level.cellAt(0, 0).tile = tile; });
+    window.currentDocument()->edit("Paint", {0, 0, 0, 0},
+                                   [tile](clsLevel& level) { level.cellAt(0, 0).tile = tile; });
 }
 
 void clickOkOnOpenLevel(QWidget& dialog) {

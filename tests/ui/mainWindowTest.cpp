@@ -40,6 +40,7 @@ TEST_F(MainWindow, OpensWithTilesAtZoomTwoAndTheTilePalette) {
     // Down where the ground is, whatever room the panels leave the view.
     QTest::keyClick(&window, Qt::Key_End, Qt::ControlModifier);
     QTest::keyClick(&window, Qt::Key_Home);
+    QApplication::processEvents();
     std::set<QRgb> colours;
     for (int y = 0; y < level.image().height(); y += 7) {
         for (int x = 0; x < level.image().width(); x += 7) {
@@ -56,11 +57,9 @@ TEST_F(MainWindow, OpensInsideTheScreensAvailableArea) {
     // not fit and the window shrinks, its frame kept on the screen.
     const QRect scaled(0, 0, 1200, 720);
     const QRect placed = fittedWindowGeometry(QSize(1280, 800), scaled);
-    EXPECT_TRUE(scaled.contains(placed.adjusted(-windowDecoration.width() / 2,
-                                                -(windowDecoration.height() -
-                                                  windowDecoration.width() / 2),
-                                                windowDecoration.width() / 2,
-                                                windowDecoration.width() / 2)))
+    EXPECT_TRUE(scaled.contains(placed.adjusted(
+        -windowDecoration.width() / 2, -(windowDecoration.height() - windowDecoration.width() / 2),
+        windowDecoration.width() / 2, windowDecoration.width() / 2)))
         << placed.x() << "," << placed.y() << " " << placed.width() << "x" << placed.height();
     const QRect large(0, 0, 2560, 1440);
     EXPECT_EQ(fittedWindowGeometry(QSize(1280, 800), large).size(), QSize(1280, 800));
@@ -202,11 +201,19 @@ TEST_F(MainWindow, ResizingLaysOutAndRebuildsTheViews) {
     const auto& palette = child<PictureBox>(window, "picPalette");
     const auto& scroll = child<QScrollBar>(window, "scrlPalette");
     const auto& levelBar = child<QScrollBar>(window, "scrlLevelY");
-    EXPECT_EQ(levelBar.x(), level.x() + level.width());
-    EXPECT_EQ(palette.x(), levelBar.x() + levelBar.width() + 4);
+    // Where each control lies in the window.
+    const auto left = [&window](const QWidget& widget) {
+        return widget.mapTo(&window, QPoint()).x();
+    };
+    const auto top = [&window](const QWidget& widget) {
+        return widget.mapTo(&window, QPoint()).y();
+    };
+    EXPECT_EQ(left(levelBar), left(level) + level.width());
+    EXPECT_EQ(left(palette), left(levelBar) + levelBar.width() + 4);
+    EXPECT_EQ(top(palette), top(level));
     EXPECT_EQ(palette.height(), level.height());
     EXPECT_EQ(palette.width(), 324);
-    EXPECT_EQ(scroll.x(), palette.x() + palette.width());
+    EXPECT_EQ(left(scroll), left(palette) + palette.width());
     EXPECT_EQ(scroll.height(), palette.height() - 2);
     EXPECT_EQ(window.levelBuffer().width(), (level.width() - 4) / 2);
     // Half a pixel rounds to even.

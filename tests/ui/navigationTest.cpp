@@ -1,5 +1,7 @@
 #include "EditorFixture.h"
 
+#include "ui/LevelDocument.h"
+
 #include "configuration/clsConfiguration.h"
 #include "data/levelNavigation.h"
 #include "support/expect.h"
@@ -140,9 +142,12 @@ TEST_F(Navigation, TheStatusBarNamesTheCellUnderAStillPointerAfterEachMoveAndEdi
     const int y = shown.top + 4;
     const int before = level.cellAt(x, y).tile;
     const std::int16_t other = before == 7 ? std::int16_t{8} : std::int16_t{7};
-    window_->editLevel("Paint", [&](clsLevel& edited) { edited.cellAt(x, y).tile = other; });
+    window_->currentDocument()->edit("Paint", {x, y, x, y},
+                                     [&](clsLevel& edited) { edited.cellAt(x, y).tile = other; });
+    QApplication::processEvents();
     EXPECT_TRUE(status().contains(QString("Tile %1 ").arg(other))) << status().toStdString();
     window_->editUndo();
+    QApplication::processEvents();
     EXPECT_TRUE(status().contains(QString("Tile %1 ").arg(before))) << status().toStdString();
 }
 
@@ -215,7 +220,7 @@ TEST_F(Navigation, AnEditUndoAndRedoChangeTheOverviewOfThatCellOnly) {
     const std::vector<std::uint32_t> before(overview.pixels().begin(), overview.pixels().end());
     const std::int16_t other =
         window_->openedLevel()->level.cellAt(100, 50).tile == 3 ? std::int16_t{4} : std::int16_t{3};
-    window_->editLevel("Paint", [other](clsLevel& level) {
+    window_->currentDocument()->edit("Paint", {100, 50, 100, 50}, [other](clsLevel& level) {
         level.cellAt(100, 50).tile = other;
         level.cellAt(100, 50).special = 0;
     });
@@ -347,8 +352,8 @@ TEST_F(Navigation, TheSpecialsListHasARowPerPlacedSpecialAndARowMovesTheView) {
 
     // It follows edits.
     const bool wasEmpty = level.cellAt(0, 0).special == 0;
-    window_->editLevel("Place Special",
-                       [](clsLevel& changed) { changed.cellAt(0, 0).special = 2; });
+    window_->currentDocument()->edit("Place Special", {0, 0, 0, 0},
+                                     [](clsLevel& changed) { changed.cellAt(0, 0).special = 2; });
     EXPECT_EQ(list.visibleRows(), int(placed.size()) + (wasEmpty ? 1 : 0));
     auto& filter = child<QLineEdit>(*window_, "txtSpecialsFilter");
     filter.setText("no such special at all");

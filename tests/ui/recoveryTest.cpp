@@ -2,6 +2,8 @@
 // level named on the command line.
 #include "EditorFixture.h"
 
+#include "ui/LevelDocument.h"
+
 #include "app/autosave.h"
 #include "app/recentLevels.h"
 #include "data/clsLevel.h"
@@ -71,7 +73,8 @@ std::vector<std::uint32_t> entries(const clsPalette& palette) {
 }
 
 void paintCorner(frmMain& window, std::int16_t tile) {
-    window.editLevel("Paint", [tile](clsLevel& level) { level.cellAt(0, 0).tile = tile; });
+    window.currentDocument()->edit("Paint", {0, 0, 0, 0},
+                                   [tile](clsLevel& level) { level.cellAt(0, 0).tile = tile; });
 }
 
 void clickOk(QWidget& dialog) {
@@ -353,13 +356,13 @@ TEST_F(RecentLevelsMenu, ALevelThatIsGoneIsTakenOffWithAMessage) {
     EXPECT_TRUE(window.openedLevel()->level.modified) << "the open level is untouched";
 }
 
-TEST_F(RecentLevelsMenu, ALevelDroppedOnTheWindowOpensAsOpenWould) {
+TEST_F(RecentLevelsMenu, ADroppedLevelOpensInANewTabOrBringsItsOpenTabForward) {
     frmMain& window = startEditor();
     paintCorner(window, 4);
     QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(toQString(dataFolder() / "L1MA2"))});
     // As a desktop delivers it: the drag comes in, then the drop.
-    const auto dropOn = [&](QWidget& target) {
+    const auto dropOn = [&](QWidget& target, const fs::path& file) {
+        data.setUrls({QUrl::fromLocalFile(toQString(file))});
         QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton,
                               Qt::NoModifier);
         QCoreApplication::sendEvent(&target, &enter);
@@ -368,20 +371,23 @@ TEST_F(RecentLevelsMenu, ALevelDroppedOnTheWindowOpensAsOpenWould) {
         QCoreApplication::sendEvent(&target, &drop);
     };
 
-    // Cancel keeps everything; No opens it after the configuration is chosen.
-    messages_->answers = {messageAnswer::cancel};
-    dropOn(window);
-    EXPECT_EQ(window.windowTitle(), "Marvek - L1MA1[*]");
-    EXPECT_EQ(messages_->shown.size(), 1U);
-    messages_->answers = {messageAnswer::no};
+    // Nothing is asked about the modified level: it stays in its tab.
     whenModal([](QWidget& dialog) {
         EXPECT_EQ(dialog.objectName(), "frmOpenLevel");
         clickOk(dialog);
     });
-    dropOn(window);
+    dropOn(window, dataFolder() / "L1MA2");
     EXPECT_EQ(window.windowTitle(), "Marvek - L1MA2[*]");
-    EXPECT_EQ(messages_->shown.size(), 2U);
+    EXPECT_EQ(window.tabCount(), 2);
+    EXPECT_TRUE(messages_->shown.empty());
     EXPECT_EQ(recentMenu(window).actions().size(), 1);
+
+    // The open level, even named in other capitals, only comes forward.
+    dropOn(window, dataFolder() / "l1ma1");
+    EXPECT_EQ(window.tabCount(), 2);
+    EXPECT_EQ(window.currentTab(), 0);
+    EXPECT_EQ(window.windowTitle(), "Marvek - L1MA1[*]");
+    EXPECT_TRUE(window.isWindowModified()) << "its edits are still there";
 
     // Two files at once are not a level.
     QMimeData two;

@@ -1,0 +1,354 @@
+#include "ui/LevelDocument.h"
+
+#include "app/autosave.h"
+#include "app/qtPaths.h"
+#include "data/levelRecovery.h"
+#include "data/openLevel.h"
+
+#include <QFileSystemWatcher>
+
+#include <exception>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace marvek {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::file_time_type writeTime(const fs::path& file) {
+    std::error_code error;
+    const auto time = fs::last_write_time(file, error);
+    return error ? fs::file_time_type{} : time;
+}
+
+bool inside(const CellRange& range, std::int32_t x, std::int32_t y) {
+    return x >= range.left && x <= range.right && y >= range.top && y <= range.bottom;
+}
+
+} // namespace
+
+LevelDocument::LevelDocument(std::unique_ptr<OpenedLevel> opened, QString configuration,
+                             fs::path applicationFolder,
+                             std::unique_ptr<SingleShotTimer> autosaveTimer, QObject* parent)
+    : QObject(parent), opened_(std::move(opened)), configuration_(std::move(configuration)),
+      applicationFolder_(std::move(applicationFolder)), watcher_(new QFileSystemWatcher(this)) {
+    opened_->level.modified = false;
+    setAutosaveTimer(std::move(autosaveTimer));
+    connect(watcher_, &QFileSystemWatcher::fileChanged, this, &LevelDocument::fileTouched);
+    watchFile(true);
+}
+
+LevelDocument::~LevelDocument() = default;
+
+void LevelDocument::setAutosaveTimer(std::unique_ptr<SingleShotTimer> timer) {
+    autosave_ = std::make_unique<Autosave>(
+        std::move(timer),
+        Autosave::Actions{[this] { return modified(); }, [this] { keepRecoveryCopy(); }});
+}
+
+const clsLevel& LevelDocument::level() const noexcept {
+    return opened_->level;
+}
+
+fs::path LevelDocument::file() const {
+    return opened_->level.fileName;
+}
+
+bool LevelDocument::modified() const noexcept {
+    return !savedStep_ || *savedStep_ != history_.applied();
+}
+
+void LevelDocument::setUndoMaximum(std::int32_t maximum) {
+    const std::size_t before = history_.applied();
+    history_.setMaximum(maximum);
+    const std::size_t dropped = before - history_.applied();
+    if (savedStep_) {
+        savedStep_ = *savedStep_ >= dropped ? std::optional(*savedStep_ - dropped) : std::nullopt;
+        if (savedStep_ && *savedStep_ > history_.steps().size()) {
+            savedStep_.reset();
+        }
+    }
+    trimExtras();
+    emit historyChanged();
+}
+
+void LevelDocument::setPitch(std::int32_t pitch) {
+    opened_->level.tileSpacing = pitch;
+}
+
+CellRange LevelDocument::wholeLevel() const {
+    const clsLevel& level = opened_->level;
+    return {0, 0, std::max(level.width - 1, 0), std::max(level.height - 1, 0)};
+}
+
+void LevelDocument::recordStep(const std::string& name, std::optional<clsPalette> replaced) {
+    const std::size_t before = history_.applied();
+    history_.record(opened_->level, name);
+    if (savedStep_ && *savedStep_ > before) {
+        // The file's state lay ahead, on the redo side that this step drops.
+        savedStep_.reset();
+    } else if (savedStep_ && history_.applied() == before) {
+        // The oldest step gave way, and every later one moved down.
+        savedStep_ = *savedStep_ > 0 ? std::optional(*savedStep_ - 1) : std::nullopt;
+    }
+    redoPalettes_.clear();
+    undoPalettes_.push_back(std::move(replaced));
+    trimExtras();
+}
+
+void LevelDocument::edit(const std::string& name, const CellRange& range,
+                         const std::function<void(clsLevel&)>& change) {
+    const bool wasModified = modified();
+    recordStep(name, std::nullopt);
+    changeCells(name, range, change);
+    emit historyChanged();
+    settle(wasModified);
+}
+
+void LevelDocument::continueEdit(const CellRange& range,
+                                 const std::function<void(clsLevel&)>& change) {
+    const bool wasModified = modified();
+    changeCells(history_.nextUndo(), range, change);
+    // The cells moved on from the step's state, whatever the step count says.
+    if (!modified()) {
+        savedStep_.reset();
+    }
+    settle(wasModified);
+}
+
+void LevelDocument::changeCells(const std::string& name, const CellRange& range,
+                                const std::function<void(clsLevel&)>& change) {
+    clsLevel& level = opened_->level;
+    std::vector<Cell> before;
+    if (rangeFault_) {
+        before.assign(level.cells().begin(), level.cells().end());
+    }
+    change(level);
+    if (rangeFault_) {
+        const auto cells = level.cells();
+        for (std::size_t i = 0; i < cells.size() && i < before.size(); ++i) {
+            const auto x = static_cast<std::int32_t>(i % std::size_t(level.width));
+            const auto y = static_cast<std::int32_t>(i / std::size_t(level.width));
+            if ((cells[i].tile != before[i].tile || cells[i].special != before[i].special) &&
+                !inside(range, x, y)) {
+                rangeFault_(name);
+                break;
+            }
+        }
+    }
+    emit cellsChanged(range);
+}
+
+bool LevelDocument::undo() {
+    const bool wasModified = modified();
+    if (history_.undo(opened_->level).empty()) {
+        return false;
+    }
+    takeBack(true);
+    settle(wasModified);
+    return true;
+}
+
+bool LevelDocument::redo() {
+    const bool wasModified = modified();
+    if (history_.redo(opened_->level).empty()) {
+        return false;
+    }
+    takeBack(false);
+    settle(wasModified);
+    return true;
+}
+
+void LevelDocument::takeBack(bool undoing) {
+    auto& from = undoing ? undoPalettes_ : redoPalettes_;
+    auto& to = undoing ? redoPalettes_ : undoPalettes_;
+    std::optional<clsPalette> palette;
+    if (!from.empty()) {
+        palette = std::move(from.back());
+        from.pop_back();
+    }
+    if (palette) {
+        swapPalette(*palette);
+    }
+    to.push_back(std::move(palette));
+    trimExtras();
+    emit cellsChanged(wholeLevel());
+    emit historyChanged();
+}
+
+void LevelDocument::swapPalette(clsPalette& other) {
+    std::swap(opened_->palette, other);
+    try {
+        reloadGraphics(*opened_, applicationFolder_);
+    } catch (const std::exception& error) {
+        emit notice("The graphics could not be read again with the palette: " +
+                    QString::fromStdString(error.what()));
+        return;
+    }
+    emit graphicsChanged();
+}
+
+void LevelDocument::trimExtras() {
+    const std::size_t applied = history_.applied();
+    const std::size_t ahead = history_.steps().size() - applied;
+    while (undoPalettes_.size() > applied) {
+        undoPalettes_.pop_front();
+    }
+    while (redoPalettes_.size() > ahead) {
+        redoPalettes_.pop_front();
+    }
+}
+
+void LevelDocument::goToEntry(std::size_t index) {
+    while (history_.applied() > index && undo()) {
+    }
+    while (history_.applied() < index && redo()) {
+    }
+}
+
+void LevelDocument::changePalette(const clsPalette& palette) {
+    clsPalette previous = opened_->palette;
+    opened_->palette = palette;
+    try {
+        reloadGraphics(*opened_, applicationFolder_);
+    } catch (...) {
+        opened_->palette = previous;
+        throw;
+    }
+    const bool wasModified = modified();
+    recordStep("Edit Palette", std::move(previous));
+    emit graphicsChanged();
+    emit historyChanged();
+    settle(wasModified);
+}
+
+void LevelDocument::replace(std::unique_ptr<OpenedLevel> opened, QString configuration) {
+    const bool wasModified = modified();
+    if (wasModified) {
+        // The user let the work go for the level that replaces it.
+        dropRecoveryCopy();
+    }
+    opened_ = std::move(opened);
+    opened_->level.modified = false;
+    configuration_ = std::move(configuration);
+    history_.clear();
+    undoPalettes_.clear();
+    redoPalettes_.clear();
+    savedStep_ = 0;
+    selection_.reset();
+    autosave_->settled();
+    watchFile(true);
+    emit levelReplaced();
+    emit historyChanged();
+    emit selectionChanged();
+    if (wasModified) {
+        emit modifiedChanged(false);
+    }
+}
+
+void LevelDocument::restoreRecoveryCopy() {
+    const bool wasModified = modified();
+    marvek::restoreRecoveryCopy(*opened_, applicationFolder_);
+    history_.clear();
+    undoPalettes_.clear();
+    redoPalettes_.clear();
+    savedStep_.reset();
+    emit levelReplaced();
+    emit historyChanged();
+    settle(wasModified);
+}
+
+void LevelDocument::rename(const fs::path& file) {
+    opened_->level.fileName = file.string();
+}
+
+void LevelDocument::setSelection(std::optional<clsRectangle> selection) {
+    selection_ = selection;
+    emit selectionChanged();
+}
+
+void LevelDocument::settle(bool wasModified) {
+    const bool now = modified();
+    opened_->level.modified = now;
+    if (now) {
+        autosave_->changed();
+    } else if (wasModified) {
+        dropRecoveryCopy();
+    }
+    if (now != wasModified) {
+        emit modifiedChanged(now);
+    }
+}
+
+void LevelDocument::save() {
+    clsLevel& level = opened_->level;
+    const bool wasModified = modified();
+    level.saveToFile(level.fileName, opened_->palette);
+    savedStep_ = history_.applied();
+    watchFile(true);
+    dropRecoveryCopy();
+    settle(wasModified);
+}
+
+bool LevelDocument::changedOnDisk() const {
+    const fs::path path = file();
+    std::error_code error;
+    return !path.empty() && fs::is_regular_file(path, error) && writeTime(path) != knownWrite_;
+}
+
+void LevelDocument::watchFile(bool remember) {
+    const fs::path path = file();
+    if (remember) {
+        knownWrite_ = writeTime(path);
+    }
+    if (!watcher_->files().isEmpty()) {
+        watcher_->removePaths(watcher_->files());
+    }
+    std::error_code error;
+    if (!path.empty() && fs::exists(path, error)) {
+        watcher_->addPath(toQString(path));
+    }
+}
+
+void LevelDocument::fileTouched() {
+    // A program that writes by renaming takes the watched file away.
+    watchFile(false);
+    if (changedOnDisk()) {
+        emit fileChangedOnDisk();
+    }
+}
+
+QString LevelDocument::keepUnsavedWork() {
+    if (!modified()) {
+        return {};
+    }
+    try {
+        const auto path = writeRecoveryCopy(opened_->level, opened_->palette);
+        return "Your unsaved changes were kept in " + toQString(path) + ".";
+    } catch (const std::exception& error) {
+        return "Your unsaved changes could not be kept: " + QString::fromStdString(error.what());
+    }
+}
+
+void LevelDocument::keepRecoveryCopy() {
+    try {
+        writeRecoveryCopy(opened_->level, opened_->palette);
+    } catch (const std::exception& error) {
+        // A box every few seconds would stop the user's work; the next change
+        // tries again.
+        emit notice("The recovery copy could not be written: " +
+                    QString::fromStdString(error.what()));
+    }
+}
+
+void LevelDocument::dropRecoveryCopy() {
+    autosave_->settled();
+    if (!removeRecoveryCopy(opened_->level)) {
+        emit notice("The recovery copy " + toQString(recoveryPath(opened_->level)) +
+                    " could not be removed.");
+    }
+}
+
+} // namespace marvek

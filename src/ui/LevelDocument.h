@@ -1,0 +1,137 @@
+#pragma once
+
+#include "data/UndoHistory.h"
+#include "data/levelOverview.h"
+#include "graphics/clsPalette.h"
+#include "graphics/clsRectangle.h"
+
+#include <QObject>
+#include <QString>
+
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+class QFileSystemWatcher;
+
+namespace marvek {
+
+struct OpenedLevel;
+class clsLevel;
+class Autosave;
+class SingleShotTimer;
+
+// One open level and everything that goes with it but the widgets: its
+// configuration, undo history, cell selection, recovery copy and file. It
+// is the only way to change the level, and it tells what changed.
+class LevelDocument : public QObject {
+    Q_OBJECT
+
+public:
+    // Told, when set, of every edit whose cells reach past the range it
+    // named; a check for test builds, since it compares whole grids.
+    using RangeFault = std::function<void(const std::string& step)>;
+
+    // The application folder is where the graphics are read again from after
+    // a palette change.
+    LevelDocument(std::unique_ptr<OpenedLevel> opened, QString configuration,
+                  std::filesystem::path applicationFolder,
+                  std::unique_ptr<SingleShotTimer> autosaveTimer, QObject* parent = nullptr);
+    ~LevelDocument() override;
+    LevelDocument(const LevelDocument&) = delete;
+    LevelDocument& operator=(const LevelDocument&) = delete;
+
+    const OpenedLevel& opened() const noexcept { return *opened_; }
+    const clsLevel& level() const noexcept;
+    const QString& configuration() const noexcept { return configuration_; }
+    std::filesystem::path file() const;
+    const UndoHistory& history() const noexcept { return history_; }
+    bool modified() const noexcept;
+    void setRangeFault(RangeFault fault) { rangeFault_ = std::move(fault); }
+    void setUndoMaximum(std::int32_t maximum);
+    // The recovery copy's timer; tests give a scripted one.
+    void setAutosaveTimer(std::unique_ptr<SingleShotTimer> timer);
+    // The distance between cell origins the views draw at.
+    void setPitch(std::int32_t pitch);
+
+    // A named undo step; change touches no cell outside range.
+    void edit(const std::string& name, const CellRange& range,
+              const std::function<void(clsLevel&)>& change);
+    // More cells of the step begun last (a stroke), still one step.
+    void continueEdit(const CellRange& range, const std::function<void(clsLevel&)>& change);
+    // Each false when there is nothing to take back.
+    bool undo();
+    bool redo();
+    // 0 before every kept step, n after the n-th.
+    void goToEntry(std::size_t index);
+    // A History step of its own. Throws FileError, the palette unchanged,
+    // when the graphics do not read with it.
+    void changePalette(const clsPalette& palette);
+    // Another level in this document's place: history, selection and file
+    // start anew.
+    void replace(std::unique_ptr<OpenedLevel> opened, QString configuration);
+    // Opens the kept unsaved work over the saved level. Throws FileError.
+    void restoreRecoveryCopy();
+    // The names Save As chose, before it writes there.
+    void rename(const std::filesystem::path& file);
+
+    const std::optional<clsRectangle>& selection() const noexcept { return selection_; }
+    void setSelection(std::optional<clsRectangle> selection);
+
+    // Writes the level to its file; throws FileError, nothing marked saved.
+    void save();
+    // True when another program wrote the file since this one read or wrote it.
+    bool changedOnDisk() const;
+    // Keeps a modified level beside its file after an unexpected error or a
+    // kill: the text that says where, or empty when nothing needed keeping.
+    QString keepUnsavedWork();
+    // The work was saved or let go: its recovery copy goes.
+    void dropRecoveryCopy();
+
+signals:
+    void cellsChanged(const CellRange& range);
+    void levelReplaced();
+    void graphicsChanged();
+    void historyChanged();
+    void modifiedChanged(bool modified);
+    void selectionChanged();
+    void fileChangedOnDisk();
+    // Something the user should read in the status bar.
+    void notice(const QString& text);
+
+private:
+    void recordStep(const std::string& name, std::optional<clsPalette> replaced);
+    void changeCells(const std::string& name, const CellRange& range,
+                     const std::function<void(clsLevel&)>& change);
+    void takeBack(bool undoing);
+    void swapPalette(clsPalette& other);
+    void trimExtras();
+    void settle(bool wasModified);
+    void keepRecoveryCopy();
+    // Follows the file's name; remember takes its time as this editor's.
+    void watchFile(bool remember);
+    void fileTouched();
+    CellRange wholeLevel() const;
+
+    std::unique_ptr<OpenedLevel> opened_;
+    QString configuration_;
+    std::filesystem::path applicationFolder_;
+    UndoHistory history_;
+    // A palette step keeps the palette it replaced, one entry per step.
+    std::deque<std::optional<clsPalette>> undoPalettes_;
+    std::deque<std::optional<clsPalette>> redoPalettes_;
+    // How many steps were applied when the level last matched its file;
+    // none when no step leads back there.
+    std::optional<std::size_t> savedStep_ = 0;
+    std::optional<clsRectangle> selection_;
+    std::unique_ptr<Autosave> autosave_;
+    QFileSystemWatcher* watcher_ = nullptr;
+    // The file's time when this editor last read or wrote it.
+    std::filesystem::file_time_type knownWrite_{};
+    RangeFault rangeFault_;
+};
+
+} // namespace marvek
