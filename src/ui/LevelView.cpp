@@ -227,6 +227,10 @@ void LevelView::drawMarks() {
 }
 
 void LevelView::followCamera() {
+    // Zoomed out, the view may be larger than the level: it then starts at
+    // the level's edge instead of before it.
+    camera_.x = std::max(camera_.x, 0);
+    camera_.y = std::max(camera_.y, 0);
     const std::int32_t pitch = document_.level().tileSpacing;
     const auto follow = [](QScrollBar& bar, std::int32_t position, std::int32_t view,
                            std::int32_t total, std::int32_t step) {

@@ -12,6 +12,7 @@
 #include "ui/LevelDocument.h"
 #include "ui/LevelView.h"
 #include "ui/OverviewPanel.h"
+#include "ui/PaletteStrip.h"
 #include "ui/PanelDock.h"
 #include "ui/PictureBox.h"
 #include "ui/SpecialsListPanel.h"
@@ -115,6 +116,11 @@ void frmMain::buildViewMenu() {
     zoomCommand("itmViewZoomReset", "Zoom &200 %", {QKeySequence("Ctrl+0")},
                 [](LevelView& view) { view.zoomToCentre(LevelView::usualZoom); });
     menu.addSeparator();
+    // Hidden, it leaves the level view the window's whole width.
+    viewMenu_->addToggle(
+        "itmViewPaletteStrip", "&Palette Strip", QString(),
+        [this] { palette_->setVisible(palette_->isHidden()); },
+        [this] { return !palette_->isHidden(); });
     viewMenu_->addToggle(
         "itmViewOverview", "Overvie&w", "M", [this] { togglePanel(*overviewDock_); },
         [this] { return !overviewDock_->isHidden(); });

@@ -228,6 +228,13 @@ TEST_F(Tabs, ZoomKeepsTheCellUnderThePointerOrTheViewsCentre) {
     QTest::mouseClick(&picture, Qt::LeftButton, {}, pixel);
     EXPECT_EQ(window.openedLevel()->level.cellAt(target.x(), target.y()).tile, 1);
     EXPECT_EQ(window.history().nextUndo(), "Paint");
+    // Without the palette strip, a whole level fits a 1280-pixel window.
+    child<QAction>(window, "itmViewPaletteStrip").trigger();
+    window.resize(1280, 800);
+    QApplication::processEvents();
+    EXPECT_EQ(view.shownCells().left, 0);
+    EXPECT_EQ(view.shownCells().right, 299);
+    child<QAction>(window, "itmViewPaletteStrip").trigger();
     QTest::keyClick(&window, Qt::Key_Equal, Qt::ControlModifier);
     EXPECT_EQ(view.zoom(), 50);
     QTest::keyClick(&window, Qt::Key_0, Qt::ControlModifier);
