@@ -32,6 +32,8 @@ protected:
         dialogs_->fileAnswers = {{toQString(dataFolder() / name)}};
         whenModal([](QWidget& dialog) { dialog.findChild<QPushButton*>("cmdOk")->click(); });
         child<QAction>(window, "itmFileOpenInNewTab").trigger();
+        // Keys reach the window again once the dialog has handed them back.
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
     }
 
     static void paint(frmMain& window, std::int16_t tile) {
