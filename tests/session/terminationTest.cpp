@@ -7,10 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <string>
+#include <vector>
 
 namespace marvek::test {
 namespace {
@@ -49,11 +51,14 @@ protected:
     fs::path data() const { return root_.path() / "data"; }
 
     // The editor's exit status after the script's click and the signal.
-    int paintThenSignal(const std::string& signal) {
+    int paintThenSignal(const std::string& signal, const std::vector<fs::path>& levels = {}) {
         const fs::path status = root_.path() / "status";
-        const std::string command =
-            std::string("'") + MARVEK_SOURCE_DIR + "/tests/session/paintThenTerminate.sh' '" +
-            (bin() / "marvek").string() + "' '" + status.string() + "' " + signal;
+        std::string command = std::string("'") + MARVEK_SOURCE_DIR +
+                              "/tests/session/paintThenTerminate.sh' '" +
+                              (bin() / "marvek").string() + "' '" + status.string() + "' " + signal;
+        for (const fs::path& level : levels) {
+            command += " '" + level.string() + "'";
+        }
         EXPECT_EQ(std::system(command.c_str()), 0) << command;
         int code = -1;
         std::ifstream(status) >> code;
@@ -85,6 +90,18 @@ TEST_F(RunningEditor, ATerminationSignalKeepsThePaintedLevelAsRecovered) {
         }
     }
     EXPECT_EQ(changed, 1) << "one click paints one cell";
+}
+
+TEST_F(RunningEditor, ATerminationSignalKeepsEveryModifiedTab) {
+    EXPECT_EQ(paintThenSignal("TERM", {data() / "L1MA1", data() / "L1MA2"}), 128 + SIGTERM);
+    for (const char* name : {"L1MA1", "L1MA2"}) {
+        const clsLevel kept = levelIn(data() / (std::string(name) + ".recovered"));
+        const clsLevel saved = levelIn(data() / name);
+        EXPECT_NE(kept.cells().size(), 0U);
+        EXPECT_FALSE(std::equal(kept.cells().begin(), kept.cells().end(), saved.cells().begin(),
+                                [](const Cell& a, const Cell& b) { return a.tile == b.tile; }))
+            << name << " keeps its painted cell";
+    }
 }
 
 } // namespace
