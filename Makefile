@@ -41,10 +41,11 @@ test-asan: deps
 
 bench: deps
 	cmake -S . -B build-release $(GENERATOR) -DCMAKE_BUILD_TYPE=Release -DMARVEK_TESTS=OFF
-	cmake --build build-release -j $(JOBS) --target marvek-bench marvek-bench-view marvek-tool marvek_resources
+	cmake --build build-release -j $(JOBS) --target marvek-bench marvek-bench-view marvek-bench-tabs marvek-tool marvek_resources
 	build-release/bin/marvek-bench --benchmark_counters_tabular=true
 	build-release/bin/marvek-tool bench
 	build-release/bin/marvek-bench-view
+	build-release/bin/marvek-bench-tabs
 
 fuzz: deps
 	CC=clang CXX=clang++ cmake -S . -B build-fuzz $(GENERATOR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DMARVEK_FUZZ=ON

@@ -27,7 +27,14 @@ void UndoStore::add(const void* cells, std::size_t size) {
         return;
     }
     const auto* bytes = static_cast<const std::uint8_t*>(cells);
-    Snapshot snapshot(bytes, bytes + size);
+    Snapshot snapshot;
+    if (maximum_ > 0 && undo_.size() >= maximum_) {
+        // The oldest snapshot gives way anyway: its memory takes the new one,
+        // so a full history allocates nothing per step.
+        snapshot = std::move(undo_.front());
+        undo_.pop_front();
+    }
+    snapshot.assign(bytes, bytes + size);
     redo_.clear();
     push(undo_, std::move(snapshot));
 }
