@@ -57,7 +57,7 @@ bool frmMain::fileOpen() {
         return false;
     }
     const auto chosen =
-        shared_.dialogs->openFile(this, "Open Thornwick level", "All files (*.*)|*.*", QString(),
+        shared_.dialogs->openFile(this, "Open Thornwick Level", "All files (*.*)|*.*", QString(),
                                   clsCommonDialog::openFlags, 1);
     if (chosen.empty()) {
         return false;
@@ -187,7 +187,24 @@ void frmMain::toolsOptions() {
 }
 
 void frmMain::toolsGraphics() {
-    dialogs_.graphics.showModal();
+    if (!dialogs_.graphics.showModal(opened_.get()) || !opened_) {
+        return;
+    }
+    // An import replaced the level's own graphics: show the new pictures.
+    try {
+        reloadGraphics(*opened_, shared_.applicationFolder);
+    } catch (const std::exception& error) {
+        shared_.messages->show(this,
+                               "The level's graphics could not be read again, so it shows them "
+                               "as they were.\n\n" +
+                                   QString::fromStdString(error.what()),
+                               messageStyle::exclamation);
+        return;
+    }
+    updatePaletteScroll();
+    showLevelInPanels();
+    renderLevel();
+    renderPalette();
 }
 
 void frmMain::editPalette() {
