@@ -62,8 +62,9 @@ void frmMain::buildEditing(QMenu& edit) {
     connect(itmEditCut_, &QAction::triggered, this, &frmMain::editCut);
     itmEditCopy_ = addCommand(edit, "itmEditCopy", "&Copy", QKeySequence::Copy);
     connect(itmEditCopy_, &QAction::triggered, this, &frmMain::editCopy);
-    connect(addCommand(edit, "itmEditPaste", "&Paste", QKeySequence::Paste), &QAction::triggered,
-            this, &frmMain::editPaste);
+    QAction* paste = addCommand(edit, "itmEditPaste", "&Paste", QKeySequence::Paste);
+    connect(paste, &QAction::triggered, this, &frmMain::editPaste);
+    enableWhileClipboardHoldsCells(*paste);
     itmEditDelete_ = addCommand(edit, "itmEditDelete", "&Delete", QKeySequence(Qt::Key_Delete));
     connect(itmEditDelete_, &QAction::triggered, this, &frmMain::editDelete);
     edit.addSeparator();
@@ -72,8 +73,8 @@ void frmMain::buildEditing(QMenu& edit) {
     itmEditSelectNone_ =
         addCommand(edit, "itmEditSelectNone", "Select &None", QKeySequence("Ctrl+Shift+A"));
     connect(itmEditSelectNone_, &QAction::triggered, this, &frmMain::editSelectNone);
-    connect(addCommand(edit, "itmEditReplaceTile", "Replace T&ile..."), &QAction::triggered, this,
-            &frmMain::editReplaceTile);
+    connect(addCommand(edit, "itmEditReplaceTile", "Replace T&ile...", QKeySequence("Ctrl+H")),
+            &QAction::triggered, this, &frmMain::editReplaceTile);
     buildToolActions(edit);
     replaceTile_ = new frmReplaceTile(this);
 
@@ -282,14 +283,25 @@ void frmMain::editReplaceTile() {
         return;
     }
     clsLevel& level = opened_->level;
+    // Only tiles the user pointed at or chose start in the boxes: a guess
+    // there would make a first Enter replace cells nobody meant.
     const QPoint cell = levelCellAt(mouseX_, mouseY_);
-    const std::int32_t brushTile = brush_.empty() ? 0 : brush_.at(0, 0);
-    // The menu is out of the view, so the last cell the pointer was over.
-    const std::int32_t underPointer =
-        level.contains(cell.x(), cell.y()) ? level.cellAt(cell.x(), cell.y()).tile : brushTile;
+    std::optional<std::int32_t> underPointer;
+    if (pointerOverLevel_ && level.contains(cell.x(), cell.y())) {
+        underPointer = level.cellAt(cell.x(), cell.y()).tile;
+    }
+    // The brush a level opens with (tile 1, the palette's corner outlined).
+    const bool startingBrush = paletteSelectionVisible_ && paletteSelection_.left == 0 &&
+                               paletteSelection_.top == 0 && paletteSelection_.width == 0 &&
+                               paletteSelection_.height == 0 && brush_.width() == 1 &&
+                               brush_.height() == 1 && brush_.at(0, 0) == 1;
+    std::optional<std::int32_t> brushTile;
+    if (!brush_.empty() && !startingBrush) {
+        brushTile = brush_.at(0, 0);
+    }
     const auto& selection = selectTool_->selection();
-    if (!replaceTile_->showModal(underPointer, brushTile, clsLevel::largestFileTile,
-                                 selection.has_value())) {
+    if (!replaceTile_->showModal(underPointer, brushTile, opened_->tileSet,
+                                 clsLevel::largestFileTile, selection.has_value())) {
         return;
     }
     const std::int32_t from = replaceTile_->from();
