@@ -128,7 +128,7 @@ void frmMain::buildMenus() {
     itmEditRedo_->setShortcuts({QKeySequence("Ctrl+Y"), QKeySequence("Ctrl+Shift+Z")});
     connect(itmEditRedo_, &QAction::triggered, this, &frmMain::editRedo);
     edit->addSeparator();
-    connect(addCommand(*edit, "itmEditPalette", "&Palette..."), &QAction::triggered, this,
+    connect(addCommand(*edit, "itmEditPalette", "Pa&lette..."), &QAction::triggered, this,
             &frmMain::editPalette);
     connect(addCommand(*edit, "itmEditGoToCell", "&Go to Cell...", QKeySequence("Ctrl+G")),
             &QAction::triggered, this, &frmMain::editGoToCell);

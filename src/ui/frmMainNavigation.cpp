@@ -77,7 +77,7 @@ void frmMain::buildPanels() {
     overviewDock_ = new PanelDock("Overview", "dockOverview", this);
     overview_ = new OverviewPanel(overviewDock_);
     overviewDock_->setWidget(overview_);
-    specialsDock_ = new PanelDock("Specials", "dockSpecials", this);
+    specialsDock_ = new PanelDock("Specials List", "dockSpecials", this);
     specialsList_ = new SpecialsListPanel(specialsDock_);
     specialsDock_->setWidget(specialsList_);
     addDockWidget(Qt::BottomDockWidgetArea, overviewDock_);
