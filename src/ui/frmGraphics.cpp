@@ -13,6 +13,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -131,11 +132,11 @@ void frmGraphics::buildControls() {
 
 bool frmGraphics::showModal(const OpenedLevel* openLevel) {
     layouts_ = readBrowserLayouts(shared_.settings);
-    known_ =
-        openLevel != nullptr ? knownLayouts(*openLevel, shared_.dataFolder()) : BrowserLayouts();
+    known_.clear();
     levelGraphics_.clear();
+    levelPalette_.reset();
     if (openLevel != nullptr) {
-        levelGraphics_ = {openLevel->tileFile, openLevel->spriteFile};
+        offerLevel(*openLevel);
     }
     levelGraphicsReplaced_ = false;
     shownFile_.clear();
@@ -144,6 +145,20 @@ bool frmGraphics::showModal(const OpenedLevel* openLevel) {
     rememberLayout();
     saveLayouts();
     return levelGraphicsReplaced_;
+}
+
+void frmGraphics::offerLevel(const OpenedLevel& openLevel) {
+    levelGraphics_ = {openLevel.tileFile, openLevel.spriteFile};
+    const QString level = QFileInfo(toQString(openLevel.level.fileName)).completeBaseName();
+    levelPalette_ = PaletteChoice{"Level " + level.toUpper().toStdString(),
+                                  PaletteChoice::Kind::given,
+                                  {},
+                                  openLevel.palette};
+    // The level's graphics are first shown as the level shows them.
+    known_ = knownLayouts(openLevel, shared_.dataFolder());
+    for (auto& [file, layout] : known_) {
+        layout.palette = levelPalette_->name;
+    }
 }
 
 void frmGraphics::rememberLayout() {
@@ -190,6 +205,9 @@ void frmGraphics::fillLists() {
     const QString former = cmbPalette_->currentText();
     const QString file = selectedFile();
     choices_ = listPaletteChoices(shared_.applicationFolder);
+    if (levelPalette_) {
+        choices_.push_back(*levelPalette_);
+    }
     {
         const QSignalBlocker quiet(cmbPalette_);
         cmbPalette_->clear();

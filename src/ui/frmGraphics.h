@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 class QCheckBox;
@@ -57,6 +58,8 @@ private:
     void applyLayout(const BrowserLayout& layout);
     // Keeps how the file shown is read, for the next time it is chosen.
     void rememberLayout();
+    // The open level's graphics and palette.
+    void offerLevel(const OpenedLevel& openLevel);
     void saveLayouts();
     void redraw();
     // Why no picture is shown; an empty text hides the line.
@@ -69,6 +72,8 @@ private:
 
     SharedObjects& shared_;
     std::vector<PaletteChoice> choices_;
+    // The open level's own colours, offered after the usual choices.
+    std::optional<PaletteChoice> levelPalette_;
     BrowserLayouts layouts_;
     BrowserLayouts known_;
     // The open level's graphics, which an import makes it read again.

@@ -318,7 +318,11 @@ TEST_F(GraphicsWindows, TheBrowserReadsTheLevelsGraphicsAsTheLevelDoesAndRemembe
         EXPECT_EQ(text(browser, "txtBitPlanes"), "5");
         EXPECT_EQ(text(browser, "txtSubImages"), QString::number(tiles));
         EXPECT_EQ(text(browser, "txtXCount"), "20");
+        EXPECT_EQ(child<QComboBox>(browser, "cmbPalette").currentText(), "Level L1MA1")
+            << "in the level's own colours";
         EXPECT_EQ(child<PictureBox>(browser, "picImage").image().width(), 320);
+        EXPECT_EQ(static_cast<frmGraphics&>(browser).picture().palette().Entry(3),
+                  window.openedLevel()->palette.Entry(3));
         chooseFile(browser, "L1ET");
         EXPECT_EQ(text(browser, "txtWidth"), "320");
         EXPECT_EQ(text(browser, "txtHeight"), "320");
