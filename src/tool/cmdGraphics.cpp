@@ -130,6 +130,14 @@ void exportPicture(const GraphicsArguments& parsed) {
         throw FileError(parsed.output, "the output must end in .bmp or .png");
     }
     const std::vector<std::uint8_t> bytes = readPictureFile(parsed.input);
+    if (bytes.empty()) {
+        throw FileError(parsed.input, "the file is empty");
+    }
+    if (static_cast<std::uint64_t>(parsed.format.offset) >= bytes.size()) {
+        throw FileError(parsed.input, "the offset " + std::to_string(parsed.format.offset) +
+                                          " lies past the end of the file (" +
+                                          std::to_string(bytes.size()) + " bytes)");
+    }
     clsPalette palette = choosePalette(paletteChoice(parsed), bytes, parsed.format);
     clsSurface picture = decodePicture(bytes, parsed.format);
     picture.setPalette(std::move(palette));

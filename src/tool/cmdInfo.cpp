@@ -3,6 +3,7 @@
 #include "graphics/clsPalette.h"
 #include "io/FileError.h"
 #include "io/packedFile.h"
+#include "io/pathProblem.h"
 #include "tool/commands.h"
 
 #include <array>
@@ -77,6 +78,9 @@ std::string refusal(const std::vector<LevelChunk>& chunks, const clsLevel& level
 }
 
 void checkIsFile(const fs::path& path) {
+    if (const auto broken = brokenPathReason(path)) {
+        throw FileError(path, *broken);
+    }
     std::error_code error;
     if (fs::is_directory(path, error)) {
         throw FileError(path, "is a folder, not a file");
@@ -102,6 +106,10 @@ int describe(const std::string& path) {
     std::vector<LevelChunk> chunks;
     if (!level.loadFromBits(stream, palette, &chunks)) {
         return fail(path, refusal(chunks, level, length));
+    }
+    // A file of other chunks (a tile set, a picture) reads without error.
+    if (!level.hasSensibleSize()) {
+        return fail(path, "the file holds no map, so it is no level");
     }
     std::printf("file: %s\n", path.c_str());
     std::printf("packed: %s\n", isFileIMP(path) ? "yes" : "no");
