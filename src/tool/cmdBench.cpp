@@ -9,7 +9,6 @@
 #include "graphics/clsFont.h"
 #include "io/clsBitStream.h"
 #include "io/findFile.h"
-#include "io/programFolders.h"
 #include "native/handles.h"
 #include "native/marvek.h"
 #include "tool/benchTiming.h"
@@ -37,7 +36,7 @@ constexpr std::int32_t frameHeight = 1080;
 
 struct BenchArguments {
     std::optional<fs::path> dataFolder;
-    fs::path applicationFolder = findResourceFolder(executableFolder());
+    fs::path applicationFolder = defaultApplicationFolder();
 };
 
 std::optional<BenchArguments> parseArguments(const Arguments& arguments) {

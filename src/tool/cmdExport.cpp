@@ -6,7 +6,6 @@
 #include "graphics/pictureFiles.h"
 #include "io/FileError.h"
 #include "io/findFile.h"
-#include "io/programFolders.h"
 #include "native/marvek.h"
 #include "tool/commands.h"
 #include "tool/executableFolder.h"
@@ -26,7 +25,7 @@ struct ExportArguments {
     std::string configuration;
     std::optional<std::string> tags;
     bool allSpecials = false;
-    fs::path applicationFolder = findResourceFolder(executableFolder());
+    fs::path applicationFolder = defaultApplicationFolder();
 };
 
 // Stores the value of a "--name VALUE" option; false for an unknown name.

@@ -4,7 +4,6 @@
 #include "graphics/pictureCodec.h"
 #include "graphics/pictureFiles.h"
 #include "io/FileError.h"
-#include "io/programFolders.h"
 #include "tool/commands.h"
 #include "tool/executableFolder.h"
 
@@ -24,7 +23,7 @@ struct GraphicsArguments {
     fs::path output;
     PictureFormat format;
     std::string palette = "Grey";
-    fs::path applicationFolder = findResourceFolder(executableFolder());
+    fs::path applicationFolder = defaultApplicationFolder();
 };
 
 struct NumberOption {

@@ -24,7 +24,7 @@ struct OverviewArguments {
     fs::path dataFolder;
     std::string configuration;
     std::int32_t cellPixels = 2;
-    fs::path applicationFolder = executableFolder();
+    fs::path applicationFolder = defaultApplicationFolder();
 };
 
 std::optional<std::int32_t> cellPixelsFrom(const std::string& text) {
