@@ -6,9 +6,12 @@
 #include "io/pathProblem.h"
 #include "tool/commands.h"
 
+#include <CLI/CLI.hpp>
+
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -121,22 +124,31 @@ int describe(const std::string& path) {
     return 0;
 }
 
+class Info : public ToolCommand {
+public:
+    void addArguments(CLI::App& parser) override {
+        parser.add_option("LEVEL", path_, "The level file, packed or not.")->required();
+    }
+
+    int run() override {
+        try {
+            return describe(path_);
+        } catch (const FileError& error) {
+            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
+            return 1;
+        } catch (const std::exception& error) {
+            return fail(path_, error.what());
+        }
+    }
+
+private:
+    std::string path_;
+};
+
 } // namespace
 
-int runInfo(const Arguments& arguments, const char* usage) {
-    if (arguments.size() != 1) {
-        std::fprintf(stderr, "usage: marvek-tool %s\n", usage);
-        return 2;
-    }
-    const std::string& path = arguments.front();
-    try {
-        return describe(path);
-    } catch (const FileError& error) {
-        std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-        return 1;
-    } catch (const std::exception& error) {
-        return fail(path, error.what());
-    }
+std::unique_ptr<ToolCommand> makeInfo() {
+    return std::make_unique<Info>();
 }
 
 } // namespace marvek::tool
