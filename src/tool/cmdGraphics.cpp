@@ -88,7 +88,9 @@ void exportPicture(const GraphicsArguments& parsed) {
 class Graphics : public ToolCommand {
 public:
     void addArguments(CLI::App& parser) override {
-        parser.add_option("ACTION", parsed_.action, "export: file to picture; import: back.")
+        parser
+            .add_option("ACTION", parsed_.action,
+                        "export (a file into a picture) or import (a picture into a file).")
             ->required()
             ->check(CLI::IsMember({"export", "import"}));
         parser.add_option("IN", parsed_.input, "The file to read.")->required();

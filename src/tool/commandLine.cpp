@@ -17,6 +17,11 @@ public:
                make_positionals(app) + make_groups(app, CLI::AppFormatMode::Normal);
     }
 
+    // The usage line already says what each value is.
+    std::string make_option_opts(const CLI::Option* option) const override {
+        return option->get_required() && !option->get_positional() ? " (required)" : "";
+    }
+
 private:
     std::string usage_;
 };
