@@ -4,6 +4,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <fstream>
+#include <regex>
+#include <string>
+#include <vector>
+
 namespace marvek::test {
 namespace {
 
@@ -65,6 +71,27 @@ TEST(ToolCommandLine, AFileNamedLikeAnOptionFollowsADoubleDash) {
     EXPECT_THAT(run.errors, HasSubstr("marvek-tool: --help: the file does not exist"));
     const auto parsed = tool::parseToolCommandLine({"sample-data", "--", "--help"}, "1");
     EXPECT_NE(parsed.command, nullptr) << "a folder to write, not a call for help";
+}
+
+// Each command is an entry of the manual page's list: a .TP line, then the
+// entry's tag starting with the command's name.
+TEST(ToolCommandLine, TheManualPageListsEveryCommand) {
+    std::ifstream page(fs::path(MARVEK_SOURCE_DIR) / "packaging" / "marvek-tool.1");
+    std::vector<std::string> tags;
+    std::string line;
+    bool afterTP = false;
+    while (std::getline(page, line)) {
+        if (afterTP) {
+            tags.push_back(line);
+        }
+        afterTP = line == ".TP";
+    }
+    for (const tool::Command& command : tool::commands()) {
+        const std::regex tag("\\.B[IR]? \"?" + std::string(command.name) + "[ \"].*");
+        EXPECT_TRUE(std::any_of(tags.begin(), tags.end(), [&](const std::string& each) {
+            return std::regex_match(each, tag);
+        })) << command.name;
+    }
 }
 
 } // namespace
