@@ -67,7 +67,7 @@ std::int32_t clsCommonDialog::getColor(QWidget* owner, std::int32_t /*flags*/,
 
 clsCommonDialog::FileRequest
 clsCommonDialog::requestFor(const QString& title, const QString& filter, const QString& initialFile,
-                            std::int32_t flags, std::int32_t filterIndex) const {
+                            std::int32_t flags, std::int32_t filterIndex, FileKind kind) const {
     FileRequest request;
     request.title = title;
     request.filters = qtFilters(filter);
@@ -75,23 +75,30 @@ clsCommonDialog::requestFor(const QString& title, const QString& filter, const Q
         std::clamp<int>(filterIndex - 1, 0, std::max<int>(0, int(request.filters.size()) - 1));
     const QFileInfo initial(initialFile);
     const bool exists = !initialFile.isEmpty() && initial.exists();
-    request.folder = exists ? initial.absolutePath() : lastFolder_;
+    request.folder = exists                      ? initial.absolutePath()
+                     : kind == FileKind::picture ? pictureFolder()
+                                                 : lastFolder_;
     request.initialName = initial.fileName();
     request.flags = flags;
     return request;
 }
 
+void clsCommonDialog::remember(FileKind kind, const QString& chosenPath) {
+    (kind == FileKind::picture ? pictureFolder_ : lastFolder_) = parentFolder(chosenPath);
+}
+
 clsCommonDialog::FileList clsCommonDialog::openFile(QWidget* owner, const QString& title,
                                                     const QString& filter,
                                                     const QString& initialFile, std::int32_t flags,
-                                                    std::int32_t filterIndex) {
-    QStringList paths = askOpen(owner, requestFor(title, filter, initialFile, flags, filterIndex));
+                                                    std::int32_t filterIndex, FileKind kind) {
+    QStringList paths =
+        askOpen(owner, requestFor(title, filter, initialFile, flags, filterIndex, kind));
     paths.removeAll(QString());
     FileList list;
     if (paths.isEmpty()) {
         return list;
     }
-    lastFolder_ = parentFolder(paths.front());
+    remember(kind, paths.front());
     std::sort(paths.begin(), paths.end(), [](const QString& a, const QString& b) {
         return a.compare(b, Qt::CaseInsensitive) < 0;
     });
@@ -103,10 +110,11 @@ clsCommonDialog::FileList clsCommonDialog::openFile(QWidget* owner, const QStrin
 
 QString clsCommonDialog::saveFile(QWidget* owner, const QString& title, const QString& filter,
                                   const QString& initialFile, std::int32_t flags,
-                                  std::int32_t filterIndex) {
-    const QString path = askSave(owner, requestFor(title, filter, initialFile, flags, filterIndex));
+                                  std::int32_t filterIndex, FileKind kind) {
+    const QString path =
+        askSave(owner, requestFor(title, filter, initialFile, flags, filterIndex, kind));
     if (!path.isEmpty()) {
-        lastFolder_ = parentFolder(path);
+        remember(kind, path);
     }
     return path;
 }

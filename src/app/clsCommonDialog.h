@@ -12,8 +12,10 @@ class QWidget;
 namespace marvek {
 
 // The open, save, folder and colour dialogs. Remembers the folder last used,
-// so that every file dialog opens where the user last was; what is asked of
-// the platform is left to a subclass (Qt's dialogs, or scripted answers).
+// so that a file dialog opens where the user last was; what is asked of the
+// platform is left to a subclass (Qt's dialogs, or scripted answers).
+// Pictures keep a last folder of their own, so that exchanging a picture
+// elsewhere does not move the level dialogs away from the data folder.
 class clsCommonDialog {
 public:
     // Flags of a file dialog that change what it does here.
@@ -27,10 +29,18 @@ public:
     // Chosen paths by their place in the list, sorted ignoring case.
     using FileList = std::map<std::int32_t, QString>;
 
+    // Which last folder a file dialog starts in and moves.
+    enum class FileKind { level, picture };
+
     virtual ~clsCommonDialog() = default;
 
     const QString& lastFolder() const noexcept { return lastFolder_; }
     void setLastFolder(const QString& folder) { lastFolder_ = folder; }
+    // The last folder of the picture dialogs; the level one until a picture
+    // dialog chose a file.
+    const QString& pictureFolder() const noexcept {
+        return pictureFolder_.isEmpty() ? lastFolder_ : pictureFolder_;
+    }
 
     // "" when cancelled. The choice does not become the last folder.
     QString selectFolder(QWidget* owner, const QString& prompt);
@@ -38,10 +48,12 @@ public:
     std::int32_t getColor(QWidget* owner, std::int32_t flags, std::int32_t initialColour);
     // filter: "Description|pattern|Description|pattern". Empty when cancelled.
     FileList openFile(QWidget* owner, const QString& title, const QString& filter,
-                      const QString& initialFile, std::int32_t flags, std::int32_t filterIndex);
+                      const QString& initialFile, std::int32_t flags, std::int32_t filterIndex,
+                      FileKind kind = FileKind::level);
     // "" when cancelled. No extension is added.
     QString saveFile(QWidget* owner, const QString& title, const QString& filter,
-                     const QString& initialFile, std::int32_t flags, std::int32_t filterIndex);
+                     const QString& initialFile, std::int32_t flags, std::int32_t filterIndex,
+                     FileKind kind = FileKind::level);
 
     // What a file dialog is asked to show.
     struct FileRequest {
@@ -70,9 +82,11 @@ protected:
 
 private:
     FileRequest requestFor(const QString& title, const QString& filter, const QString& initialFile,
-                           std::int32_t flags, std::int32_t filterIndex) const;
+                           std::int32_t flags, std::int32_t filterIndex, FileKind kind) const;
+    void remember(FileKind kind, const QString& chosenPath);
 
     QString lastFolder_;
+    QString pictureFolder_;
 };
 
 // "Desc|*.bmp|All files (*.*)|*.*" as Qt's filters; "*.*" matches every

@@ -21,6 +21,8 @@ inline const std::string undoLevels = "undoLevels";
 inline const std::string autoPlaceSpecials = "autoPlaceSpecials";
 // The editor's open panels, by name, separated by commas.
 inline const std::string openPanels = "openPanels";
+// How the graphics browser last showed each file (see browserLayouts.h).
+inline const std::string graphicsLayouts = "graphicsLayouts";
 } // namespace settingKey
 
 inline constexpr const char* settingsFileName = "marvek.cfg";

@@ -6,6 +6,7 @@
 #include "io/FileError.h"
 #include "io/findFile.h"
 #include "io/packedFile.h"
+#include "io/pathProblem.h"
 #include "specials/SpecialDefinitionError.h"
 
 #include <string>
@@ -51,6 +52,9 @@ void noteRepair(OpenedLevel& opened, const fs::path& file, const std::string& re
 
 // The file's data, unpacked when packed.
 clsBitStream readGameFile(const fs::path& path, const std::string& role) {
+    if (const auto broken = brokenPathReason(path)) {
+        throw FileError(path, *broken);
+    }
     std::error_code error;
     if (!fs::exists(path, error)) {
         throw FileError(path, "the " + role + " file does not exist");

@@ -152,6 +152,8 @@ clsPalette choosePalette(const PaletteChoice& choice, std::span<const std::uint8
         return rawPalette(choice.file);
     case PaletteChoice::Kind::bitmapFile:
         return bitmapPalette(choice.file, format.planes);
+    case PaletteChoice::Kind::given:
+        return choice.palette;
     }
     return greyPalette(format.planes);
 }

@@ -20,10 +20,12 @@ struct PaletteChoice {
         after,      // the game-format palette that follows the sub-images
         rawFile,    // a raw palette file ("World 1" is pal/world1.pal)
         bitmapFile, // the colour table of a BMP in pal/, listed by file name
+        given,      // the colours of `palette` (an open level's, say)
     };
     std::string name;
     Kind kind = Kind::grey;
     std::filesystem::path file; // the palette file of rawFile and bitmapFile
+    clsPalette palette{};       // the colours of a given choice
 
     // A picture imported with this choice is stored with its palette.
     bool storesPalette() const noexcept { return kind == Kind::after; }

@@ -17,6 +17,8 @@ struct PictureFormat {
     // Indices 0..15 of the file are shown and exported as 16..31, so that
     // pictures drawn with the upper half of a palette keep their colours.
     bool shiftColours = false;
+
+    bool operator==(const PictureFormat&) const = default;
 };
 
 enum class PictureParameter { width, height, planes, offset, count, across };

@@ -1,6 +1,7 @@
 #include "io/atomicWrite.h"
 
 #include "io/FileError.h"
+#include "io/pathProblem.h"
 
 #include <cerrno>
 #include <charconv>
@@ -239,8 +240,7 @@ std::vector<std::uint8_t> readWholeFile(const fs::path& path) {
     }
     std::ifstream in(path, std::ios::binary);
     if (!in) {
-        throw FileError(path,
-                        fs::exists(path) ? "cannot open the file" : "the file does not exist");
+        throw FileError(path, unopenedFileReason(path));
     }
     std::vector<std::uint8_t> bytes;
     in.seekg(0, std::ios::end);

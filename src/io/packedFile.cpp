@@ -2,6 +2,7 @@
 
 #include "io/FileError.h"
 #include "io/atomicWrite.h"
+#include "io/pathProblem.h"
 #include "native/imploder/format.h"
 #include "native/marvek.h"
 
@@ -35,8 +36,7 @@ struct LibraryMemory {
 Magic readMagic(const std::filesystem::path& path) {
     std::ifstream in(path, std::ios::binary);
     if (!in) {
-        throw FileError(path, std::filesystem::exists(path) ? "cannot open the file"
-                                                            : "the file does not exist");
+        throw FileError(path, unopenedFileReason(path));
     }
     Magic magic{};
     in.read(reinterpret_cast<char*>(magic.data()), magic.size());

@@ -9,7 +9,6 @@
 #include "graphics/clsFont.h"
 #include "io/clsBitStream.h"
 #include "io/findFile.h"
-#include "io/programFolders.h"
 #include "native/handles.h"
 #include "native/marvek.h"
 #include "tool/benchTiming.h"
@@ -17,6 +16,7 @@
 #include "tool/commands.h"
 #include "tool/executableFolder.h"
 
+#include <CLI/CLI.hpp>
 #include <ancient/ancient.hpp>
 
 #include <cstdint>
@@ -37,25 +37,8 @@ constexpr std::int32_t frameHeight = 1080;
 
 struct BenchArguments {
     std::optional<fs::path> dataFolder;
-    fs::path applicationFolder = findResourceFolder(executableFolder());
+    fs::path applicationFolder = defaultApplicationFolder();
 };
-
-std::optional<BenchArguments> parseArguments(const Arguments& arguments) {
-    BenchArguments parsed;
-    for (std::size_t i = 0; i < arguments.size(); i += 2) {
-        if (i + 1 == arguments.size()) {
-            return std::nullopt;
-        }
-        if (arguments[i] == "--data") {
-            parsed.dataFolder = arguments[i + 1];
-        } else if (arguments[i] == "--app") {
-            parsed.applicationFolder = arguments[i + 1];
-        } else {
-            return std::nullopt;
-        }
-    }
-    return parsed;
-}
 
 void printFigure(const char* name, double ours, double reference, const std::string& note = {}) {
     std::printf("%s: %.1f %.1f %.3f%s\n", name, ours, reference, ours / reference, note.c_str());
@@ -254,21 +237,34 @@ void runAll(const BenchArguments& parsed) {
     benchBucketFill();
 }
 
+class Bench : public ToolCommand {
+public:
+    void addArguments(CLI::App& parser) override {
+        parser.add_option_function<std::string>(
+            "--data", [this](const std::string& folder) { parsed_.dataFolder = folder; },
+            "A data folder whose first level is measured (default: a sample level).");
+        parser.add_option("--app", parsed_.applicationFolder,
+                          "The folder holding config/, fonts/, pal/ and bitmaps/.");
+    }
+
+    int run() override {
+        try {
+            runAll(parsed_);
+            return 0;
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
+            return 1;
+        }
+    }
+
+private:
+    BenchArguments parsed_;
+};
+
 } // namespace
 
-int runBench(const Arguments& arguments, const char* usage) {
-    const std::optional<BenchArguments> parsed = parseArguments(arguments);
-    if (!parsed) {
-        std::fprintf(stderr, "usage: marvek-tool %s\n", usage);
-        return 2;
-    }
-    try {
-        runAll(*parsed);
-        return 0;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-        return 1;
-    }
+std::unique_ptr<ToolCommand> makeBench() {
+    return std::make_unique<Bench>();
 }
 
 } // namespace marvek::tool

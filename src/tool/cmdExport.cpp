@@ -6,10 +6,11 @@
 #include "graphics/pictureFiles.h"
 #include "io/FileError.h"
 #include "io/findFile.h"
-#include "io/programFolders.h"
 #include "native/marvek.h"
 #include "tool/commands.h"
 #include "tool/executableFolder.h"
+
+#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <optional>
@@ -26,48 +27,8 @@ struct ExportArguments {
     std::string configuration;
     std::optional<std::string> tags;
     bool allSpecials = false;
-    fs::path applicationFolder = findResourceFolder(executableFolder());
+    fs::path applicationFolder = defaultApplicationFolder();
 };
-
-// Stores the value of a "--name VALUE" option; false for an unknown name.
-bool takeOption(ExportArguments& parsed, const std::string& name, const std::string& value) {
-    if (name == "--data") {
-        parsed.dataFolder = value;
-    } else if (name == "--config") {
-        parsed.configuration = value;
-    } else if (name == "--tags") {
-        parsed.tags = value;
-    } else if (name == "--app") {
-        parsed.applicationFolder = value;
-    } else {
-        return false;
-    }
-    return true;
-}
-
-std::optional<ExportArguments> parseArguments(const Arguments& arguments) {
-    ExportArguments parsed;
-    std::vector<std::string> positional;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& argument = arguments[i];
-        if (argument == "--all-specials") {
-            parsed.allSpecials = true;
-        } else if (argument.starts_with("--")) {
-            if (i + 1 == arguments.size() || !takeOption(parsed, argument, arguments[i + 1])) {
-                return std::nullopt;
-            }
-            ++i;
-        } else {
-            positional.push_back(argument);
-        }
-    }
-    if (positional.size() != 2 || parsed.dataFolder.empty() || parsed.configuration.empty()) {
-        return std::nullopt;
-    }
-    parsed.level = positional[0];
-    parsed.output = positional[1];
-    return parsed;
-}
 
 TagChoice tagChoiceFrom(const std::string& list) {
     TagChoice choice;
@@ -116,20 +77,41 @@ int exportLevel(const ExportArguments& parsed) {
     return 0;
 }
 
+class Export : public ToolCommand {
+public:
+    void addArguments(CLI::App& parser) override {
+        parser.add_option("LEVEL", parsed_.level, "The level's name in the data folder.")
+            ->required();
+        parser.add_option("OUT", parsed_.output, "The picture to write: .bmp or .png.")->required();
+        parser.add_option("--data", parsed_.dataFolder, "The game's data folder.")->required();
+        parser.add_option("--config", parsed_.configuration, "The level configuration's name.")
+            ->required();
+        parser.add_option_function<std::string>(
+            "--tags", [this](const std::string& tags) { parsed_.tags = tags; },
+            "The tags of the specials to draw, separated by commas (default: the chosen ones).");
+        parser.add_flag("--all-specials", parsed_.allSpecials,
+                        "Draws every special the set defines, whatever its tag.");
+        parser.add_option("--app", parsed_.applicationFolder,
+                          "The folder holding config/, fonts/, pal/ and bitmaps/.");
+    }
+
+    int run() override {
+        try {
+            return exportLevel(parsed_);
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
+            return 1;
+        }
+    }
+
+private:
+    ExportArguments parsed_;
+};
+
 } // namespace
 
-int runExport(const Arguments& arguments, const char* usage) {
-    const std::optional<ExportArguments> parsed = parseArguments(arguments);
-    if (!parsed) {
-        std::fprintf(stderr, "usage: marvek-tool %s\n", usage);
-        return 2;
-    }
-    try {
-        return exportLevel(*parsed);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-        return 1;
-    }
+std::unique_ptr<ToolCommand> makeExport() {
+    return std::make_unique<Export>();
 }
 
 } // namespace marvek::tool

@@ -4,9 +4,10 @@
 #include "graphics/pictureCodec.h"
 #include "graphics/pictureFiles.h"
 #include "io/FileError.h"
-#include "io/programFolders.h"
 #include "tool/commands.h"
 #include "tool/executableFolder.h"
+
+#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <charconv>
@@ -24,90 +25,30 @@ struct GraphicsArguments {
     fs::path output;
     PictureFormat format;
     std::string palette = "Grey";
-    fs::path applicationFolder = findResourceFolder(executableFolder());
+    fs::path applicationFolder = defaultApplicationFolder();
 };
 
 struct NumberOption {
     const char* name;
+    const char* description;
     PictureParameter parameter;
     std::int32_t PictureFormat::*field;
     bool required;
 };
 
 constexpr NumberOption numberOptions[] = {
-    {"--width", PictureParameter::width, &PictureFormat::width, true},
-    {"--height", PictureParameter::height, &PictureFormat::height, true},
-    {"--planes", PictureParameter::planes, &PictureFormat::planes, true},
-    {"--offset", PictureParameter::offset, &PictureFormat::offset, false},
-    {"--count", PictureParameter::count, &PictureFormat::count, false},
-    {"--across", PictureParameter::across, &PictureFormat::across, false},
+    {"--width", "Each picture's width in pixels.", PictureParameter::width, &PictureFormat::width,
+     true},
+    {"--height", "Each picture's height in pixels.", PictureParameter::height,
+     &PictureFormat::height, true},
+    {"--planes", "Bitplanes a pixel.", PictureParameter::planes, &PictureFormat::planes, true},
+    {"--offset", "Where the first picture starts, in bytes (default 0).", PictureParameter::offset,
+     &PictureFormat::offset, false},
+    {"--count", "How many pictures (default 1).", PictureParameter::count, &PictureFormat::count,
+     false},
+    {"--across", "Pictures side by side in a row (default 1).", PictureParameter::across,
+     &PictureFormat::across, false},
 };
-
-bool hasRequiredOptions(const std::vector<std::pair<std::string, std::string>>& given) {
-    for (const NumberOption& option : numberOptions) {
-        const bool found = std::any_of(given.begin(), given.end(),
-                                       [&](const auto& pair) { return pair.first == option.name; });
-        if (option.required && !found) {
-            return false;
-        }
-    }
-    return true;
-}
-
-// The whole text as a number inside the parameter's range.
-std::optional<std::int32_t> parseNumber(const std::string& text, PictureParameter parameter) {
-    std::int64_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    const ParameterRange range = parameterRange(parameter);
-    if (error != std::errc() || end != text.data() + text.size() || value < range.minimum ||
-        value > range.maximum) {
-        return std::nullopt;
-    }
-    return static_cast<std::int32_t>(value);
-}
-
-// Stores a "--name VALUE" option; false for an unknown name or a bad value.
-bool takeOption(GraphicsArguments& parsed, const std::string& name, const std::string& value) {
-    for (const NumberOption& option : numberOptions) {
-        if (name == option.name) {
-            const auto number = parseNumber(value, option.parameter);
-            parsed.format.*option.field = number.value_or(0);
-            return number.has_value();
-        }
-    }
-    if (name == "--palette") {
-        parsed.palette = value;
-    } else if (name == "--app") {
-        parsed.applicationFolder = value;
-    } else {
-        return false;
-    }
-    return true;
-}
-
-std::optional<GraphicsArguments> parseArguments(const Arguments& arguments) {
-    const auto split = splitArguments(arguments, {"--shift-colours"});
-    if (!split) {
-        return std::nullopt;
-    }
-    GraphicsArguments parsed;
-    parsed.format.shiftColours = split->hasSwitch("--shift-colours");
-    for (const auto& [name, value] : split->options) {
-        if (!takeOption(parsed, name, value)) {
-            return std::nullopt;
-        }
-    }
-    const auto& positional = split->positional;
-    const bool known =
-        positional.size() == 3 && (positional[0] == "export" || positional[0] == "import");
-    if (!known || !hasRequiredOptions(split->options)) {
-        return std::nullopt;
-    }
-    parsed.action = positional[0];
-    parsed.input = positional[1];
-    parsed.output = positional[2];
-    return parsed;
-}
 
 // A listed palette by name, else a palette file: a BMP's colour table or a
 // raw palette.
@@ -130,32 +71,68 @@ void exportPicture(const GraphicsArguments& parsed) {
         throw FileError(parsed.output, "the output must end in .bmp or .png");
     }
     const std::vector<std::uint8_t> bytes = readPictureFile(parsed.input);
+    if (bytes.empty()) {
+        throw FileError(parsed.input, "the file is empty");
+    }
+    if (static_cast<std::uint64_t>(parsed.format.offset) >= bytes.size()) {
+        throw FileError(parsed.input, "the offset " + std::to_string(parsed.format.offset) +
+                                          " lies past the end of the file (" +
+                                          std::to_string(bytes.size()) + " bytes)");
+    }
     clsPalette palette = choosePalette(paletteChoice(parsed), bytes, parsed.format);
     clsSurface picture = decodePicture(bytes, parsed.format);
     picture.setPalette(std::move(palette));
     writePictureFile(picture, parsed.output);
 }
 
+class Graphics : public ToolCommand {
+public:
+    void addArguments(CLI::App& parser) override {
+        parser
+            .add_option("ACTION", parsed_.action,
+                        "export (a file into a picture) or import (a picture into a file).")
+            ->required()
+            ->check(CLI::IsMember({"export", "import"}));
+        parser.add_option("IN", parsed_.input, "The file to read.")->required();
+        parser.add_option("OUT", parsed_.output, "The file to write.")->required();
+        for (const NumberOption& option : numberOptions) {
+            const ParameterRange range = parameterRange(option.parameter);
+            parser.add_option(option.name, parsed_.format.*option.field, option.description)
+                ->required(option.required)
+                ->check(CLI::Range(range.minimum, range.maximum));
+        }
+        parser.add_option("--palette", parsed_.palette,
+                          "A palette's name as the graphics browser lists it, or a palette "
+                          "file (default: Grey).");
+        parser.add_flag("--shift-colours", parsed_.format.shiftColours,
+                        "Moves colours 0-15 of the file to 16-31 of the picture.");
+        parser.add_option("--app", parsed_.applicationFolder,
+                          "The folder holding config/, fonts/, pal/ and bitmaps/.");
+    }
+
+    int run() override {
+        try {
+            if (parsed_.action == "export") {
+                exportPicture(parsed_);
+            } else {
+                importPicture(parsed_.input, parsed_.output, parsed_.format,
+                              paletteChoice(parsed_).storesPalette());
+            }
+            return 0;
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
+            return 1;
+        }
+    }
+
+private:
+    GraphicsArguments parsed_;
+};
+
 } // namespace
 
-int runGraphics(const Arguments& arguments, const char* usage) {
-    const std::optional<GraphicsArguments> parsed = parseArguments(arguments);
-    if (!parsed) {
-        std::fprintf(stderr, "usage: marvek-tool %s\n", usage);
-        return 2;
-    }
-    try {
-        if (parsed->action == "export") {
-            exportPicture(*parsed);
-        } else {
-            importPicture(parsed->input, parsed->output, parsed->format,
-                          paletteChoice(*parsed).storesPalette());
-        }
-        return 0;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-        return 1;
-    }
+std::unique_ptr<ToolCommand> makeGraphics() {
+    return std::make_unique<Graphics>();
 }
 
 } // namespace marvek::tool

@@ -3,11 +3,15 @@
 #include "graphics/clsPalette.h"
 #include "io/FileError.h"
 #include "io/packedFile.h"
+#include "io/pathProblem.h"
 #include "tool/commands.h"
+
+#include <CLI/CLI.hpp>
 
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -77,6 +81,9 @@ std::string refusal(const std::vector<LevelChunk>& chunks, const clsLevel& level
 }
 
 void checkIsFile(const fs::path& path) {
+    if (const auto broken = brokenPathReason(path)) {
+        throw FileError(path, *broken);
+    }
     std::error_code error;
     if (fs::is_directory(path, error)) {
         throw FileError(path, "is a folder, not a file");
@@ -103,6 +110,10 @@ int describe(const std::string& path) {
     if (!level.loadFromBits(stream, palette, &chunks)) {
         return fail(path, refusal(chunks, level, length));
     }
+    // A file of other chunks (a tile set, a picture) reads without error.
+    if (!level.hasSensibleSize()) {
+        return fail(path, "the file holds no map, so it is no level");
+    }
     std::printf("file: %s\n", path.c_str());
     std::printf("packed: %s\n", isFileIMP(path) ? "yes" : "no");
     std::printf("unpacked length: %zu\n", length);
@@ -113,22 +124,31 @@ int describe(const std::string& path) {
     return 0;
 }
 
+class Info : public ToolCommand {
+public:
+    void addArguments(CLI::App& parser) override {
+        parser.add_option("LEVEL", path_, "The level file, packed or not.")->required();
+    }
+
+    int run() override {
+        try {
+            return describe(path_);
+        } catch (const FileError& error) {
+            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
+            return 1;
+        } catch (const std::exception& error) {
+            return fail(path_, error.what());
+        }
+    }
+
+private:
+    std::string path_;
+};
+
 } // namespace
 
-int runInfo(const Arguments& arguments, const char* usage) {
-    if (arguments.size() != 1) {
-        std::fprintf(stderr, "usage: marvek-tool %s\n", usage);
-        return 2;
-    }
-    const std::string& path = arguments.front();
-    try {
-        return describe(path);
-    } catch (const FileError& error) {
-        std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-        return 1;
-    } catch (const std::exception& error) {
-        return fail(path, error.what());
-    }
+std::unique_ptr<ToolCommand> makeInfo() {
+    return std::make_unique<Info>();
 }
 
 } // namespace marvek::tool

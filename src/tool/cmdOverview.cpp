@@ -9,6 +9,8 @@
 #include "tool/commands.h"
 #include "tool/executableFolder.h"
 
+#include <CLI/CLI.hpp>
+
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -24,52 +26,8 @@ struct OverviewArguments {
     fs::path dataFolder;
     std::string configuration;
     std::int32_t cellPixels = 2;
-    fs::path applicationFolder = executableFolder();
+    fs::path applicationFolder = defaultApplicationFolder();
 };
-
-std::optional<std::int32_t> cellPixelsFrom(const std::string& text) {
-    try {
-        std::size_t used = 0;
-        const int value = std::stoi(text, &used);
-        if (used == text.size() && value >= 1 && value <= clsLevelOverview::largestCell) {
-            return value;
-        }
-    } catch (const std::exception&) {
-        // Not a number: the usage line says what is wanted.
-    }
-    return std::nullopt;
-}
-
-std::optional<OverviewArguments> parseArguments(const Arguments& arguments) {
-    const auto split = splitArguments(arguments, {});
-    if (!split || split->positional.size() != 2) {
-        return std::nullopt;
-    }
-    OverviewArguments parsed;
-    parsed.level = split->positional[0];
-    parsed.output = split->positional[1];
-    for (const auto& [name, value] : split->options) {
-        if (name == "--data") {
-            parsed.dataFolder = value;
-        } else if (name == "--config") {
-            parsed.configuration = value;
-        } else if (name == "--app") {
-            parsed.applicationFolder = value;
-        } else if (name == "--cell") {
-            const auto cell = cellPixelsFrom(value);
-            if (!cell) {
-                return std::nullopt;
-            }
-            parsed.cellPixels = *cell;
-        } else {
-            return std::nullopt;
-        }
-    }
-    if (parsed.dataFolder.empty() || parsed.configuration.empty()) {
-        return std::nullopt;
-    }
-    return parsed;
-}
 
 int drawOverview(const OverviewArguments& parsed) {
     if (lowerExtension(parsed.output) != ".png") {
@@ -86,20 +44,38 @@ int drawOverview(const OverviewArguments& parsed) {
     return 0;
 }
 
+class Overview : public ToolCommand {
+public:
+    void addArguments(CLI::App& parser) override {
+        parser.add_option("LEVEL", parsed_.level, "The level's name in the data folder.")
+            ->required();
+        parser.add_option("OUT.png", parsed_.output, "The PNG picture to write.")->required();
+        parser.add_option("--data", parsed_.dataFolder, "The game's data folder.")->required();
+        parser.add_option("--config", parsed_.configuration, "The level configuration's name.")
+            ->required();
+        parser.add_option("--cell", parsed_.cellPixels, "Pixels a side for each cell (default 2).")
+            ->check(CLI::Range(1, clsLevelOverview::largestCell));
+        parser.add_option("--app", parsed_.applicationFolder,
+                          "The folder holding config/, fonts/, pal/ and bitmaps/.");
+    }
+
+    int run() override {
+        try {
+            return drawOverview(parsed_);
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
+            return 1;
+        }
+    }
+
+private:
+    OverviewArguments parsed_;
+};
+
 } // namespace
 
-int runOverview(const Arguments& arguments, const char* usage) {
-    const std::optional<OverviewArguments> parsed = parseArguments(arguments);
-    if (!parsed) {
-        std::fprintf(stderr, "usage: marvek-tool %s\n", usage);
-        return 2;
-    }
-    try {
-        return drawOverview(*parsed);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-        return 1;
-    }
+std::unique_ptr<ToolCommand> makeOverview() {
+    return std::make_unique<Overview>();
 }
 
 } // namespace marvek::tool

@@ -6,52 +6,49 @@
 #include "native/marvek.h"
 #include "tool/commands.h"
 
-#include <charconv>
+#include <CLI/CLI.hpp>
+
 #include <cstdio>
-#include <optional>
 
 namespace marvek::tool {
 namespace {
 
-std::optional<std::int32_t> parseMode(const std::string& text) {
-    std::int32_t mode = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), mode);
-    const bool valid = error == std::errc() && end == text.data() + text.size() && mode >= 0 &&
-                       static_cast<std::size_t>(mode) < imploder::kClassicModeCount;
-    return valid ? std::optional(mode) : std::nullopt;
-}
+class Pack : public ToolCommand {
+public:
+    void addArguments(CLI::App& parser) override {
+        parser.add_option("IN", input_, "The file to pack.")->required();
+        parser.add_option("OUT", output_, "The packed file to write.")->required();
+        parser
+            .add_option("--mode", mode_,
+                        "The packer's mode (default: the smallest output any mode gives).")
+            ->check(CLI::Range(0, static_cast<int>(imploder::kClassicModeCount) - 1));
+    }
 
-// The mode the arguments ask for, or nothing when they make no sense.
-std::optional<std::int32_t> modeFrom(const Arguments& arguments) {
-    if (arguments.size() == 2) {
-        return IMP_MODE_BEST;
+    int run() override {
+        try {
+            const std::filesystem::path input = input_;
+            const std::vector<std::uint8_t> data = readWholeFile(input);
+            if (data.empty()) {
+                throw FileError(input, "the file is empty");
+            }
+            implodeBytesToFile(data, output_, mode_);
+            return 0;
+        } catch (const FileError& error) {
+            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
+            return 1;
+        }
     }
-    if (arguments.size() == 4 && arguments[2] == "--mode") {
-        return parseMode(arguments[3]);
-    }
-    return std::nullopt;
-}
+
+private:
+    std::string input_;
+    std::string output_;
+    std::int32_t mode_ = IMP_MODE_BEST;
+};
 
 } // namespace
 
-int runPack(const Arguments& arguments, const char* usage) {
-    const std::optional<std::int32_t> mode = modeFrom(arguments);
-    if (!mode) {
-        std::fprintf(stderr, "usage: marvek-tool %s\n", usage);
-        return 2;
-    }
-    try {
-        const std::filesystem::path input = arguments[0];
-        const std::vector<std::uint8_t> data = readWholeFile(input);
-        if (data.empty()) {
-            throw FileError(input, "the file is empty");
-        }
-        implodeBytesToFile(data, arguments[1], *mode);
-        return 0;
-    } catch (const FileError& error) {
-        std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-        return 1;
-    }
+std::unique_ptr<ToolCommand> makePack() {
+    return std::make_unique<Pack>();
 }
 
 } // namespace marvek::tool

@@ -2,35 +2,54 @@
 #include "tool/commands.h"
 #include "tool/sample/SampleData.h"
 
+#include <CLI/CLI.hpp>
+
 #include <cstdio>
 #include <exception>
+#include <filesystem>
+#include <string>
 
 namespace marvek::tool {
 namespace {
 
-int runWriter(const Arguments& arguments, const char* usage,
-              void (*write)(const std::filesystem::path&)) {
-    if (arguments.size() != 1 || arguments[0].empty()) {
-        std::fprintf(stderr, "usage: marvek-tool %s\n", usage);
-        return 2;
+class FolderWriter : public ToolCommand {
+public:
+    using Write = void (*)(const std::filesystem::path&);
+    explicit FolderWriter(Write write) : write_(write) {}
+
+    void addArguments(CLI::App& parser) override {
+        parser.add_option("DIR", folder_, "The folder to write; made when missing.")
+            ->required()
+            ->check(CLI::Validator(
+                [](const std::string& name) {
+                    return name.empty() ? std::string("the folder's name is empty") : "";
+                },
+                "", "not empty"));
     }
-    try {
-        write(arguments[0]);
-        return 0;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-        return 1;
+
+    int run() override {
+        try {
+            write_(folder_);
+            return 0;
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
+            return 1;
+        }
     }
-}
+
+private:
+    Write write_;
+    std::string folder_;
+};
 
 } // namespace
 
-int runSampleData(const Arguments& arguments, const char* usage) {
-    return runWriter(arguments, usage, sample::writeSampleData);
+std::unique_ptr<ToolCommand> makeSampleData() {
+    return std::make_unique<FolderWriter>(sample::writeSampleData);
 }
 
-int runDrawResources(const Arguments& arguments, const char* usage) {
-    return runWriter(arguments, usage, sample::writeResources);
+std::unique_ptr<ToolCommand> makeDrawResources() {
+    return std::make_unique<FolderWriter>(sample::writeResources);
 }
 
 } // namespace marvek::tool

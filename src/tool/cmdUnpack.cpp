@@ -4,6 +4,8 @@
 #include "native/marvek.h"
 #include "tool/commands.h"
 
+#include <CLI/CLI.hpp>
+
 #include <cstdio>
 #include <memory>
 #include <span>
@@ -26,20 +28,32 @@ std::vector<std::uint8_t> unpack(const std::filesystem::path& input) {
     return {unpacked, unpacked + length};
 }
 
+class Unpack : public ToolCommand {
+public:
+    void addArguments(CLI::App& parser) override {
+        parser.add_option("IN", input_, "The packed file.")->required();
+        parser.add_option("OUT", output_, "The file to write, unpacked.")->required();
+    }
+
+    int run() override {
+        try {
+            writeFileAtomically(output_, unpack(input_));
+            return 0;
+        } catch (const FileError& error) {
+            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
+            return 1;
+        }
+    }
+
+private:
+    std::string input_;
+    std::string output_;
+};
+
 } // namespace
 
-int runUnpack(const Arguments& arguments, const char* usage) {
-    if (arguments.size() != 2) {
-        std::fprintf(stderr, "usage: marvek-tool %s\n", usage);
-        return 2;
-    }
-    try {
-        writeFileAtomically(arguments[1], unpack(arguments[0]));
-        return 0;
-    } catch (const FileError& error) {
-        std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-        return 1;
-    }
+std::unique_ptr<ToolCommand> makeUnpack() {
+    return std::make_unique<Unpack>();
 }
 
 } // namespace marvek::tool

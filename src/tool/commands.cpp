@@ -1,63 +1,41 @@
 #include "tool/commands.h"
 
-#include <algorithm>
 #include <array>
 
 namespace marvek::tool {
 
-int runInfo(const Arguments& arguments, const char* usage);
-int runPack(const Arguments& arguments, const char* usage);
-int runUnpack(const Arguments& arguments, const char* usage);
-int runSampleData(const Arguments& arguments, const char* usage);
-int runDrawResources(const Arguments& arguments, const char* usage);
-int runExport(const Arguments& arguments, const char* usage);
-int runBench(const Arguments& arguments, const char* usage);
-int runGraphics(const Arguments& arguments, const char* usage);
-int runOverview(const Arguments& arguments, const char* usage);
+std::unique_ptr<ToolCommand> makeInfo();
+std::unique_ptr<ToolCommand> makePack();
+std::unique_ptr<ToolCommand> makeUnpack();
+std::unique_ptr<ToolCommand> makeSampleData();
+std::unique_ptr<ToolCommand> makeDrawResources();
+std::unique_ptr<ToolCommand> makeExport();
+std::unique_ptr<ToolCommand> makeOverview();
+std::unique_ptr<ToolCommand> makeBench();
+std::unique_ptr<ToolCommand> makeGraphics();
 
 std::span<const Command> commands() {
     static const std::array<Command, 9> table{{
-        {"info", "info LEVEL", runInfo},
-        {"pack", "pack IN OUT [--mode 0-11]", runPack},
-        {"unpack", "unpack IN OUT", runUnpack},
-        {"sample-data", "sample-data DIR", runSampleData},
-        {"draw-resources", "draw-resources DIR", runDrawResources},
+        {"info", "info LEVEL", "Prints a level's size, chunks and the count of each special.",
+         makeInfo},
+        {"pack", "pack IN OUT [--mode 0-11]", "Packs a file.", makePack},
+        {"unpack", "unpack IN OUT", "Unpacks a packed file.", makeUnpack},
+        {"sample-data", "sample-data DIR", "Writes the sample data folder.", makeSampleData},
+        {"draw-resources", "draw-resources DIR",
+         "Draws the editor's own fonts, palettes and pictures into DIR.", makeDrawResources},
         {"export",
          "export LEVEL OUT --data DIR --config NAME [--tags a,b,...] [--all-specials] [--app DIR]",
-         runExport},
+         "Draws a level into a picture, as File > Export Bitmap does.", makeExport},
         {"overview", "overview LEVEL OUT.png --data DIR --config NAME [--cell 1-16] [--app DIR]",
-         runOverview},
-        {"bench", "bench [--data DIR] [--app DIR]", runBench},
+         "Draws the editor's overview of a level into a PNG picture.", makeOverview},
+        {"bench", "bench [--data DIR] [--app DIR]",
+         "Measures rendering, packing and unpacking, each against a reference.", makeBench},
         {"graphics",
          "graphics export|import IN OUT --width W --height H --planes P [--offset N] [--count N] "
          "[--across N] [--palette NAME|FILE] [--shift-colours] [--app DIR]",
-         runGraphics},
+         "Turns raw bitplane pictures into BMP or PNG pictures and back.", makeGraphics},
     }};
     return table;
-}
-
-bool SplitArguments::hasSwitch(std::string_view name) const {
-    return std::find(switches.begin(), switches.end(), name) != switches.end();
-}
-
-std::optional<SplitArguments> splitArguments(const Arguments& arguments,
-                                             std::initializer_list<std::string_view> switches) {
-    SplitArguments split;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& argument = arguments[i];
-        if (std::find(switches.begin(), switches.end(), argument) != switches.end()) {
-            split.switches.push_back(argument);
-        } else if (argument.starts_with("--")) {
-            if (i + 1 == arguments.size()) {
-                return std::nullopt;
-            }
-            split.options.emplace_back(argument, arguments[i + 1]);
-            ++i;
-        } else {
-            split.positional.push_back(argument);
-        }
-    }
-    return split;
 }
 
 } // namespace marvek::tool

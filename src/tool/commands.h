@@ -1,38 +1,31 @@
 #pragma once
 
-#include <initializer_list>
-#include <optional>
+#include <memory>
 #include <span>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace marvek::tool {
 
-using Arguments = std::vector<std::string>;
+// One subcommand: its arguments bound to its own fields, then its work.
+class ToolCommand {
+public:
+    virtual ~ToolCommand() = default;
+    // Declares the command's arguments on its parser.
+    virtual void addArguments(CLI::App& parser) = 0;
+    // After a parse that succeeded: 0 on success, 1 on a failure of the work.
+    virtual int run() = 0;
+};
 
-// A command returns the process exit status: 0 on success, 1 on a failure of
-// its work, 2 on bad arguments (after printing its usage line).
 struct Command {
     const char* name;
     const char* usage;
-    int (*run)(const Arguments& arguments, const char* usage);
+    const char* summary;
+    std::unique_ptr<ToolCommand> (*make)();
 };
 
 std::span<const Command> commands();
-
-// Arguments taken apart: "--name VALUE" options in their order, the given
-// switches ("--name" alone) and the positional arguments.
-struct SplitArguments {
-    std::vector<std::string> positional;
-    std::vector<std::pair<std::string, std::string>> options;
-    std::vector<std::string> switches;
-
-    bool hasSwitch(std::string_view name) const;
-};
-// None when an option is the last argument, without its value.
-std::optional<SplitArguments> splitArguments(const Arguments& arguments,
-                                             std::initializer_list<std::string_view> switches);
 
 } // namespace marvek::tool

@@ -1,5 +1,7 @@
 #include "tool/executableFolder.h"
 
+#include "io/programFolders.h"
+
 #include <system_error>
 
 namespace marvek::tool {
@@ -11,6 +13,10 @@ std::filesystem::path executableFolder() {
         return std::filesystem::current_path(error);
     }
     return self.parent_path();
+}
+
+std::filesystem::path defaultApplicationFolder() {
+    return findResourceFolder(executableFolder());
 }
 
 } // namespace marvek::tool

@@ -9,4 +9,8 @@ namespace marvek::tool {
 // does not say.
 std::filesystem::path executableFolder();
 
+// Where the resources (config/, fonts/, pal/, ...) are when no --app names a
+// folder: beside the executable in a build tree, ../share/marvek once installed.
+std::filesystem::path defaultApplicationFolder();
+
 } // namespace marvek::tool

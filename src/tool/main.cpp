@@ -1,19 +1,14 @@
 // marvek-tool: the command-line companion of the editor.
-#include "tool/commands.h"
+#include "tool/commandLine.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <string_view>
+#include <string>
+#include <vector>
 
 namespace {
-
-void printUsage(std::FILE* out) {
-    std::fprintf(out, "usage: marvek-tool COMMAND [ARGS]\ncommands:\n");
-    for (const auto& command : marvek::tool::commands()) {
-        std::fprintf(out, "  %s\n", command.usage);
-    }
-}
 
 // Output that never arrived (a full disk, a closed pipe) is a failure too.
 bool outputWritten() {
@@ -28,23 +23,13 @@ bool outputWritten() {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2) {
-        printUsage(stderr);
-        return 2;
+    const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+    const auto parsed = marvek::tool::parseToolCommandLine(arguments, MARVEK_VERSION);
+    int status = parsed.exit.status;
+    if (parsed.command) {
+        status = parsed.command->run();
+    } else {
+        std::fputs(parsed.exit.text.c_str(), parsed.exit.toStandardError ? stderr : stdout);
     }
-    const std::string_view name = argv[1];
-    if (name == "--help" || name == "-h" || name == "help") {
-        printUsage(stdout);
-        return outputWritten() ? 0 : 1;
-    }
-    for (const auto& command : marvek::tool::commands()) {
-        if (name == command.name) {
-            const int status =
-                command.run(marvek::tool::Arguments(argv + 2, argv + argc), command.usage);
-            return outputWritten() ? status : 1;
-        }
-    }
-    std::fprintf(stderr, "marvek-tool: unknown command '%s'\n", argv[1]);
-    printUsage(stderr);
-    return 2;
+    return outputWritten() ? status : 1;
 }

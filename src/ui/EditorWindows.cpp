@@ -10,7 +10,21 @@
 #include "ui/frmOptions.h"
 #include "ui/frmStatus.h"
 
+#include <QApplication>
+#include <QIcon>
+
 namespace marvek {
+namespace {
+
+// The package's icon, built into the program; every window shows it.
+QIcon programIcon() {
+    QIcon icon;
+    icon.addFile(":/icons/marvek-48.png", QSize(48, 48));
+    icon.addFile(":/icons/marvek-256.png", QSize(256, 256));
+    return icon;
+}
+
+} // namespace
 
 EditorWindows::EditorWindows(SharedObjects& shared)
     : shared_(shared), focusReturn_(std::make_unique<ModalFocusReturn>(
@@ -26,6 +40,7 @@ bool EditorWindows::showOptions() {
 }
 
 void EditorWindows::loadWindows() {
+    QApplication::setWindowIcon(programIcon());
     status_ = std::make_unique<frmStatus>();
     openLevel_ = std::make_unique<frmOpenLevel>(shared_);
     exportLevel_ = std::make_unique<frmExportLevel>();

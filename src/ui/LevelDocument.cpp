@@ -224,6 +224,11 @@ void LevelDocument::changePalette(const clsPalette& palette) {
     settle(wasModified);
 }
 
+void LevelDocument::rereadGraphics() {
+    reloadGraphics(*opened_, applicationFolder_);
+    emit graphicsChanged();
+}
+
 void LevelDocument::replace(std::unique_ptr<OpenedLevel> opened, QString configuration) {
     const bool wasModified = modified();
     if (wasModified) {

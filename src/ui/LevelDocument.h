@@ -70,6 +70,9 @@ public:
     // A History step of its own. Throws FileError, the palette unchanged,
     // when the graphics do not read with it.
     void changePalette(const clsPalette& palette);
+    // The graphics files changed (an import): read again with the level's
+    // palette. Throws FileError, the graphics as they were.
+    void rereadGraphics();
     // Another level in this document's place: history, selection and file
     // start anew.
     void replace(std::unique_ptr<OpenedLevel> opened, QString configuration);

@@ -68,6 +68,7 @@ public:
     CellRange shownCells() const;
     // The cell the pointer is over or was last over.
     QPoint pointerCell() const;
+    bool pointerOver() const noexcept { return pointerOver_; }
 
     // The view toggles.
     void toggleRenderFlag(std::int32_t flag);

@@ -1,6 +1,7 @@
 #include "ui/frmEditPalette.h"
 
 #include "app/SharedObjects.h"
+#include "app/pictureSaveDialog.h"
 #include "app/qtPaths.h"
 #include "graphics/paletteEditing.h"
 #include "graphics/pictureFiles.h"
@@ -17,8 +18,8 @@ namespace marvek {
 namespace {
 
 const QString bitmapFilter = "Bitmap files (*.bmp)|*.bmp|All files (*.*)|*.*";
-const QString importFilter =
-    "Bitmap files (*.bmp)|*.bmp|Indexed PNG pictures (*.png)|*.png|All files (*.*)|*.*";
+const QString importFilter = "Pictures (*.bmp *.png)|*.bmp;*.png|Bitmap files (*.bmp)|*.bmp|"
+                             "PNG pictures (*.png)|*.png|All files (*.*)|*.*";
 
 std::uint32_t opaque(std::uint32_t colour) {
     return createBGRA(getRed(colour), getGreen(colour), getBlue(colour), 0);
@@ -29,7 +30,7 @@ std::uint32_t opaque(std::uint32_t colour) {
 frmEditPalette::frmEditPalette(SharedObjects& shared, QWidget* parent)
     : QDialog(parent), shared_(shared) {
     setObjectName("frmEditPalette");
-    setWindowTitle("Edit palette");
+    setWindowTitle("Edit Palette");
     picPalette_ = new PictureBox(this);
     picPalette_->setObjectName("picPalette");
     picPalette_->setFixedSize(PaletteGrid::width() + 2 * PictureBox::border,
@@ -100,13 +101,14 @@ void frmEditPalette::editColour(float x, float y) {
 }
 
 void frmEditPalette::exportPalette() {
-    const QString chosen = shared_.dialogs->saveFile(this, "Export palette as bitmap", bitmapFilter,
-                                                     "palette.bmp", clsCommonDialog::saveFlags, 1);
+    const QString chosen = askPictureSavePath(
+        *shared_.dialogs, *shared_.messages, this,
+        {"Export Palette as Bitmap", bitmapFilter, "palette.bmp", withBmpSuffix});
     if (chosen.isEmpty()) {
         return;
     }
     try {
-        exportPaletteBitmap(palette_, withBmpSuffix(chosen.toStdString()));
+        exportPaletteBitmap(palette_, toPath(chosen));
     } catch (const std::exception& error) {
         shared_.messages->show(this, QString::fromStdString(error.what()),
                                messageStyle::exclamation);
@@ -114,8 +116,9 @@ void frmEditPalette::exportPalette() {
 }
 
 void frmEditPalette::importPalette() {
-    const auto chosen = shared_.dialogs->openFile(this, "Import bitmap as palette", importFilter,
-                                                  QString(), clsCommonDialog::openFlags, 1);
+    const auto chosen = shared_.dialogs->openFile(this, "Import Bitmap as Palette", importFilter,
+                                                  QString(), clsCommonDialog::openFlags, 1,
+                                                  clsCommonDialog::FileKind::picture);
     if (chosen.empty()) {
         return;
     }

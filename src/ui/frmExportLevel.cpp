@@ -14,7 +14,7 @@ namespace marvek {
 
 frmExportLevel::frmExportLevel(QWidget* parent) : QDialog(parent) {
     setObjectName("frmExportLevel");
-    setWindowTitle("Export level bitmap");
+    setWindowTitle("Export Level Bitmap");
     buildControls();
 }
 

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <optional>
 
+class QLabel;
+class QPushButton;
 class QSpinBox;
 
 namespace marvek {
@@ -21,9 +23,20 @@ public:
     // chosen cell, or none when cancelled.
     std::optional<QPoint> ask(std::int32_t width, std::int32_t height, QPoint current);
 
+    // Only a cell of the level is taken.
+    void accept() override;
+
 private:
+    // What is wrong with the cell typed, or "" for a cell of the level.
+    QString problem() const;
+    void checkCell();
+
     QSpinBox* udCellX_;
     QSpinBox* udCellY_;
+    QLabel* lblRange_;
+    QPushButton* cmdOk_ = nullptr;
+    std::int32_t lastX_ = 0;
+    std::int32_t lastY_ = 0;
 };
 
 } // namespace marvek

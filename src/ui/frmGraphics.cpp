@@ -1,8 +1,10 @@
 #include "ui/frmGraphics.h"
 
 #include "app/SharedObjects.h"
+#include "app/pictureSaveDialog.h"
 #include "app/qtPaths.h"
 #include "app/settings.h"
+#include "data/openLevel.h"
 #include "graphics/clsPalette.h"
 #include "graphics/pictureCodec.h"
 #include "graphics/pictureFiles.h"
@@ -11,6 +13,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -20,13 +23,15 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <exception>
+#include <system_error>
 
 namespace marvek {
 namespace {
 
-const QString bitmapFilter =
-    "Bitmap files (*.bmp)|*.bmp|Indexed PNG pictures (*.png)|*.png|All files (*.*)|*.*";
+const QString importFilter = "Pictures (*.bmp *.png)|*.bmp;*.png|Bitmap files (*.bmp)|*.bmp|"
+                             "PNG pictures (*.png)|*.png|All files (*.*)|*.*";
 const QString exportFilter =
     "Windows bitmap files (*.bmp)|*.bmp|PNG pictures (*.png)|*.png|All files (*.*)|*.*";
 
@@ -35,7 +40,7 @@ const QString exportFilter =
 frmGraphics::frmGraphics(SharedObjects& shared, QWidget* parent)
     : QDialog(parent), shared_(shared) {
     setObjectName("frmGraphics");
-    setWindowTitle("Graphics browser");
+    setWindowTitle("Graphics Browser");
     buildControls();
     resize(980, 640);
 }
@@ -125,15 +130,84 @@ void frmGraphics::buildControls() {
     connect(cmdImport, &QPushButton::clicked, this, &frmGraphics::importPicture);
 }
 
-void frmGraphics::showModal() {
+bool frmGraphics::showModal(const OpenedLevel* openLevel) {
+    layouts_ = readBrowserLayouts(shared_.settings);
+    known_.clear();
+    levelGraphics_.clear();
+    levelPalette_.reset();
+    if (openLevel != nullptr) {
+        offerLevel(*openLevel);
+    }
+    levelGraphicsReplaced_ = false;
+    shownFile_.clear();
     fillLists();
     exec();
+    rememberLayout();
+    saveLayouts();
+    return levelGraphicsReplaced_;
+}
+
+void frmGraphics::offerLevel(const OpenedLevel& openLevel) {
+    levelGraphics_ = {openLevel.tileFile, openLevel.spriteFile};
+    const QString level = QFileInfo(toQString(openLevel.level.fileName)).completeBaseName();
+    levelPalette_ = PaletteChoice{"Level " + level.toUpper().toStdString(),
+                                  PaletteChoice::Kind::given,
+                                  {},
+                                  openLevel.palette};
+    // The level's graphics are first shown as the level shows them.
+    known_ = knownLayouts(openLevel, shared_.dataFolder());
+    for (auto& [file, layout] : known_) {
+        layout.palette = levelPalette_->name;
+    }
+}
+
+void frmGraphics::rememberLayout() {
+    if (!shownFile_.isEmpty()) {
+        layouts_[shownFile_.toStdString()] = {format(), cmbPalette_->currentText().toStdString()};
+    }
+}
+
+void frmGraphics::saveLayouts() {
+    writeBrowserLayouts(shared_.settings, layouts_);
+    try {
+        shared_.settings.SaveConfiguration(shared_.settingsFile(), "\r\n", true);
+    } catch (const std::exception&) {
+        // Not worth a message on closing a browser: the layouts are still
+        // kept until the program ends, and the next save of the settings
+        // tries again.
+    }
+}
+
+void frmGraphics::showLayoutOf(const QString& file) {
+    const std::string name = file.toStdString();
+    if (const auto kept = layouts_.find(name); kept != layouts_.end()) {
+        applyLayout(kept->second);
+    } else if (const auto known = known_.find(name); known != known_.end()) {
+        applyLayout(known->second);
+    }
+}
+
+void frmGraphics::applyLayout(const BrowserLayout& layout) {
+    const PictureFormat& format = layout.format;
+    txtWidth_->setText(QString::number(format.width));
+    txtHeight_->setText(QString::number(format.height));
+    txtBitPlanes_->setText(QString::number(format.planes));
+    txtOffset_->setText(QString::number(format.offset));
+    txtSubImages_->setText(QString::number(format.count));
+    txtXCount_->setText(QString::number(format.across));
+    chkShiftColors_->setChecked(format.shiftColours);
+    if (const auto choice = findPaletteChoice(choices_, layout.palette)) {
+        cmbPalette_->setCurrentIndex(static_cast<int>(*choice));
+    }
 }
 
 void frmGraphics::fillLists() {
     const QString former = cmbPalette_->currentText();
     const QString file = selectedFile();
     choices_ = listPaletteChoices(shared_.applicationFolder);
+    if (levelPalette_) {
+        choices_.push_back(*levelPalette_);
+    }
     {
         const QSignalBlocker quiet(cmbPalette_);
         cmbPalette_->clear();
@@ -164,6 +238,14 @@ void frmGraphics::fillLists() {
     }
 }
 
+bool frmGraphics::isLevelGraphics(const std::filesystem::path& file) const {
+    return std::any_of(levelGraphics_.begin(), levelGraphics_.end(),
+                       [&file](const std::filesystem::path& graphics) {
+                           std::error_code error;
+                           return std::filesystem::equivalent(file, graphics, error);
+                       });
+}
+
 QString frmGraphics::selectedFile() const {
     const QListWidgetItem* item = lstFiles_->currentItem();
     return item == nullptr ? QString() : item->text();
@@ -182,8 +264,12 @@ PictureFormat frmGraphics::format() const {
 }
 
 void frmGraphics::loadSelectedFile() {
+    // Nothing is drawn while the boxes change to the file's layout.
     loaded_ = false;
+    rememberLayout();
     const QString name = selectedFile();
+    shownFile_ = name;
+    showLayoutOf(name);
     if (!name.isEmpty()) {
         const std::filesystem::path dataFolder = shared_.dataFolder();
         try {
@@ -239,14 +325,14 @@ void frmGraphics::exportPicture() {
                                messageStyle::exclamation);
         return;
     }
-    const QString chosen =
-        shared_.dialogs->saveFile(this, "Export bitmap", exportFilter, selectedFile() + ".bmp",
-                                  clsCommonDialog::saveFlags, 1);
+    const QString chosen = askPictureSavePath(
+        *shared_.dialogs, *shared_.messages, this,
+        {"Export Bitmap", exportFilter, selectedFile() + ".bmp", pictureExportName});
     if (chosen.isEmpty()) {
         return;
     }
     try {
-        writePictureFile(picture_, pictureExportName(chosen.toStdString()));
+        writePictureFile(picture_, toPath(chosen));
     } catch (const std::exception& error) {
         shared_.messages->show(this, QString::fromStdString(error.what()),
                                messageStyle::exclamation);
@@ -258,8 +344,9 @@ void frmGraphics::importPicture() {
     if (name.isEmpty() || cmbPalette_->currentIndex() < 0) {
         return;
     }
-    const auto chosen = shared_.dialogs->openFile(this, "Import bitmap", bitmapFilter, QString(),
-                                                  clsCommonDialog::openFlags, 1);
+    const auto chosen = shared_.dialogs->openFile(this, "Import Bitmap", importFilter, QString(),
+                                                  clsCommonDialog::openFlags, 1,
+                                                  clsCommonDialog::FileKind::picture);
     if (chosen.empty()) {
         return;
     }
@@ -281,6 +368,7 @@ void frmGraphics::importPicture() {
     if (!result.written) {
         return;
     }
+    levelGraphicsReplaced_ = levelGraphicsReplaced_ || isLevelGraphics(target);
     loadSelectedFile();
     QString done = toQString(target) + " now holds the picture of " + toQString(bitmap) + ".";
     if (result.keptOriginal) {

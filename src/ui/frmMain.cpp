@@ -160,7 +160,7 @@ void frmMain::buildMenus() {
     itmEditRedo_->setShortcuts({QKeySequence("Ctrl+Y"), QKeySequence("Ctrl+Shift+Z")});
     connect(itmEditRedo_, &QAction::triggered, this, &frmMain::editRedo);
     edit->addSeparator();
-    connect(addCommand(*edit, "itmEditPalette", "&Palette..."), &QAction::triggered, this,
+    connect(addCommand(*edit, "itmEditPalette", "Pa&lette..."), &QAction::triggered, this,
             &frmMain::editPalette);
     connect(addCommand(*edit, "itmEditGoToCell", "&Go to Cell...", QKeySequence("Ctrl+G")),
             &QAction::triggered, this, &frmMain::editGoToCell);
@@ -192,7 +192,7 @@ void frmMain::buildFileMenu() {
             this, [this] { fileOpen(); });
     connect(addCommand(*file, "itmFileOpenInNewTab", "Open in New &Tab...", QKeySequence("Ctrl+T")),
             &QAction::triggered, this, [this] { fileOpenInNewTab(); });
-    itmFileReload_ = addCommand(*file, "itmFileReload", "&Reload");
+    itmFileReload_ = addCommand(*file, "itmFileReload", "Re&load");
     connect(itmFileReload_, &QAction::triggered, this, [this] { fileReload(); });
     connect(addCommand(*file, "itmFileSave", "&Save", QKeySequence::Save), &QAction::triggered,
             this, [this] { fileSave(); });

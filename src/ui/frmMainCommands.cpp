@@ -66,7 +66,7 @@ bool frmMain::fileOpen() {
         return false;
     }
     const auto chosen =
-        shared_.dialogs->openFile(this, "Open Thornwick level", "All files (*.*)|*.*", QString(),
+        shared_.dialogs->openFile(this, "Open Thornwick Level", "All files (*.*)|*.*", QString(),
                                   clsCommonDialog::openFlags, 1);
     if (chosen.empty()) {
         return false;
@@ -77,7 +77,7 @@ bool frmMain::fileOpen() {
 bool frmMain::fileOpenInNewTab() {
     releaseModifiers();
     const auto chosen =
-        shared_.dialogs->openFile(this, "Open Thornwick level", "All files (*.*)|*.*", QString(),
+        shared_.dialogs->openFile(this, "Open Thornwick Level", "All files (*.*)|*.*", QString(),
                                   clsCommonDialog::openFlags, 1);
     if (chosen.empty()) {
         return false;
@@ -256,7 +256,21 @@ void frmMain::toolsOptions() {
 }
 
 void frmMain::toolsGraphics() {
-    dialogs_.graphics.showModal();
+    LevelDocument* document = currentDocument();
+    if (!dialogs_.graphics.showModal(document != nullptr ? &document->opened() : nullptr) ||
+        document == nullptr) {
+        return;
+    }
+    // An import replaced the level's own graphics: show the new pictures.
+    try {
+        document->rereadGraphics();
+    } catch (const std::exception& error) {
+        shared_.messages->show(this,
+                               "The level's graphics could not be read again, so it shows them "
+                               "as they were.\n\n" +
+                                   QString::fromStdString(error.what()),
+                               messageStyle::exclamation);
+    }
 }
 
 void frmMain::editPalette() {

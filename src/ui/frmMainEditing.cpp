@@ -65,8 +65,9 @@ void frmMain::buildEditing(QMenu& edit) {
     connect(itmEditCut_, &QAction::triggered, this, &frmMain::editCut);
     itmEditCopy_ = addCommand(edit, "itmEditCopy", "&Copy", QKeySequence::Copy);
     connect(itmEditCopy_, &QAction::triggered, this, &frmMain::editCopy);
-    connect(addCommand(edit, "itmEditPaste", "&Paste", QKeySequence::Paste), &QAction::triggered,
-            this, &frmMain::editPaste);
+    QAction* paste = addCommand(edit, "itmEditPaste", "&Paste", QKeySequence::Paste);
+    connect(paste, &QAction::triggered, this, &frmMain::editPaste);
+    enableWhileClipboardHoldsCells(*paste);
     itmEditDelete_ = addCommand(edit, "itmEditDelete", "&Delete", QKeySequence(Qt::Key_Delete));
     connect(itmEditDelete_, &QAction::triggered, this, &frmMain::editDelete);
     edit.addSeparator();
@@ -75,8 +76,8 @@ void frmMain::buildEditing(QMenu& edit) {
     itmEditSelectNone_ =
         addCommand(edit, "itmEditSelectNone", "Select &None", QKeySequence("Ctrl+Shift+A"));
     connect(itmEditSelectNone_, &QAction::triggered, this, &frmMain::editSelectNone);
-    connect(addCommand(edit, "itmEditReplaceTile", "Replace T&ile..."), &QAction::triggered, this,
-            &frmMain::editReplaceTile);
+    connect(addCommand(edit, "itmEditReplaceTile", "Replace T&ile...", QKeySequence("Ctrl+H")),
+            &QAction::triggered, this, &frmMain::editReplaceTile);
     buildToolActions(edit);
     replaceTile_ = new frmReplaceTile(this);
 
@@ -251,15 +252,27 @@ void frmMain::editReplaceTile() {
         return;
     }
     const clsLevel& level = document->level();
-    const QPoint cell = currentView()->pointerCell();
+    const LevelView& view = *currentView();
+    // Only tiles the user pointed at or chose start in the boxes: a guess
+    // there would make a first Enter replace cells nobody meant.
+    const QPoint cell = view.pointerCell();
+    std::optional<std::int32_t> underPointer;
+    if (view.pointerOver() && level.contains(cell.x(), cell.y())) {
+        underPointer = level.cellAt(cell.x(), cell.y()).tile;
+    }
+    // The brush a level opens with (tile 1, the palette's corner outlined).
     const TileGrid& brush = editing_.brush;
-    const std::int32_t brushTile = brush.empty() ? 0 : brush.at(0, 0);
-    // The menu is out of the view, so the last cell the pointer was over.
-    const std::int32_t underPointer =
-        level.contains(cell.x(), cell.y()) ? level.cellAt(cell.x(), cell.y()).tile : brushTile;
+    const clsRectangle& chosen = editing_.paletteSelection;
+    const bool startingBrush = editing_.paletteSelectionVisible && chosen.left == 0 &&
+                               chosen.top == 0 && chosen.width == 0 && chosen.height == 0 &&
+                               brush.width() == 1 && brush.height() == 1 && brush.at(0, 0) == 1;
+    std::optional<std::int32_t> brushTile;
+    if (!brush.empty() && !startingBrush) {
+        brushTile = brush.at(0, 0);
+    }
     const auto selection = document->selection();
-    if (!replaceTile_->showModal(underPointer, brushTile, clsLevel::largestFileTile,
-                                 selection.has_value())) {
+    if (!replaceTile_->showModal(underPointer, brushTile, document->opened().tileSet,
+                                 clsLevel::largestFileTile, selection.has_value())) {
         return;
     }
     const std::int32_t from = replaceTile_->from();

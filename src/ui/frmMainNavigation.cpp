@@ -44,7 +44,7 @@ void frmMain::buildPanels() {
     overviewDock_ = new PanelDock("Overview", "dockOverview", this);
     overview_ = new OverviewPanel(overviewDock_);
     overviewDock_->setWidget(overview_);
-    specialsDock_ = new PanelDock("Specials", "dockSpecials", this);
+    specialsDock_ = new PanelDock("Specials List", "dockSpecials", this);
     specialsList_ = new SpecialsListPanel(specialsDock_);
     specialsDock_->setWidget(specialsList_);
     addDockWidget(Qt::BottomDockWidgetArea, overviewDock_);
@@ -111,7 +111,7 @@ void frmMain::buildViewMenu() {
     };
     zoomCommand("itmViewZoomIn", "Zoom &In", {QKeySequence("Ctrl+="), QKeySequence("Ctrl++")},
                 [](LevelView& view) { view.zoomBy(1); });
-    zoomCommand("itmViewZoomOut", "Zoom O&ut", {QKeySequence("Ctrl+-")},
+    zoomCommand("itmViewZoomOut", "Zoom Ou&t", {QKeySequence("Ctrl+-")},
                 [](LevelView& view) { view.zoomBy(-1); });
     zoomCommand("itmViewZoomReset", "Zoom &200 %", {QKeySequence("Ctrl+0")},
                 [](LevelView& view) { view.zoomToCentre(LevelView::usualZoom); });

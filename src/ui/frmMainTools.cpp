@@ -2,6 +2,7 @@
 #include "ui/frmMain.h"
 
 #include "app/SharedObjects.h"
+#include "app/pictureSaveDialog.h"
 #include "app/qtPaths.h"
 #include "data/levelExport.h"
 #include "data/openLevel.h"
@@ -11,6 +12,7 @@
 #include "ui/frmStatus.h"
 
 #include <QFileInfo>
+#include <QStatusBar>
 
 #include <exception>
 #include <filesystem>
@@ -37,13 +39,14 @@ bool frmMain::fileExportBitmap() {
         shared_.messages->show(this, toQString(problem), messageStyle::exclamation);
         return false;
     }
-    const QString chosen = shared_.dialogs->saveFile(
-        this, "Save level bitmap", exportFilter,
-        QFileInfo(toQString(level.fileName)).completeBaseName(), clsCommonDialog::saveFlags, 1);
+    const QString chosen = askPictureSavePath(
+        *shared_.dialogs, *shared_.messages, this,
+        {"Save Level Bitmap", exportFilter,
+         QFileInfo(toQString(level.fileName)).completeBaseName() + ".bmp", exportFileName});
     if (chosen.isEmpty()) {
         return false;
     }
-    const std::filesystem::path path = toPath(toQString(exportFileName(chosen.toStdString())));
+    const std::filesystem::path path = toPath(chosen);
     frmExportLevel& dialog = dialogs_.exportLevel;
     dialog.manualActivate(opened->specialSet);
     dialog.showModal();
@@ -70,6 +73,7 @@ bool frmMain::fileExportBitmap() {
                                messageStyle::exclamation);
         return false;
     }
+    statusBar()->showMessage("The level bitmap was saved as " + chosen + ".");
     return true;
 }
 

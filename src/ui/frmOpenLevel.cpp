@@ -26,7 +26,7 @@ template <typename Widget> Widget* named(Widget* widget, const char* name) {
 frmOpenLevel::frmOpenLevel(SharedObjects& shared, QWidget* parent)
     : QDialog(parent), shared_(shared) {
     setObjectName("frmOpenLevel");
-    setWindowTitle("Open level");
+    setWindowTitle("Open Level");
     buildControls();
     shared_.utils.comboConfigs(*cmbConfig_, QString(defaultConfigurationName.data()));
     showConfiguration();
@@ -62,9 +62,9 @@ void frmOpenLevel::buildControls() {
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(cmbConfig_, &QComboBox::currentIndexChanged, this, &frmOpenLevel::showConfiguration);
     connect(cmdBrowseTileset, &QPushButton::clicked, this,
-            [this] { browse(*txtTileSet_, "Select tileset"); });
+            [this] { browse(*txtTileSet_, "Select Tile Set"); });
     connect(cmdBrowseSpriteset, &QPushButton::clicked, this,
-            [this] { browse(*txtSpriteset_, "Select spriteset"); });
+            [this] { browse(*txtSpriteset_, "Select Sprite Set"); });
 }
 
 bool frmOpenLevel::showModal() {

@@ -111,7 +111,7 @@ void frmOptions::buildControls() {
     grid->addWidget(chkAutoSpecials_, 9, 0, 1, 3);
 
     auto* buttons = new QDialogButtonBox(this);
-    auto* cmdOk = named(buttons->addButton("Ok", QDialogButtonBox::AcceptRole), "cmdOk");
+    auto* cmdOk = named(buttons->addButton("OK", QDialogButtonBox::AcceptRole), "cmdOk");
     named(buttons->addButton("Cancel", QDialogButtonBox::RejectRole), "cmdCancel");
     cmdOk->setDefault(true);
     grid->addWidget(buttons, 10, 0, 1, 3);

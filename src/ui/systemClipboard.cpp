@@ -2,10 +2,12 @@
 
 #include "data/cellClipboard.h"
 
+#include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
 
+#include <exception>
 #include <memory>
 #include <span>
 
@@ -36,6 +38,20 @@ ClipboardCells cellsFromClipboard() {
         return {cellsFromText(data->text().toStdString()), false};
     }
     throw CellClipboardError("the clipboard holds neither cells nor text");
+}
+
+void enableWhileClipboardHoldsCells(QAction& action) {
+    const auto follow = [&action] {
+        bool pasteable = true;
+        try {
+            cellsFromClipboard();
+        } catch (const std::exception&) {
+            pasteable = false;
+        }
+        action.setEnabled(pasteable);
+    };
+    QObject::connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, &action, follow);
+    follow();
 }
 
 } // namespace marvek

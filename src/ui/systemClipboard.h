@@ -2,6 +2,8 @@
 
 #include "data/CellBlock.h"
 
+class QAction;
+
 namespace marvek {
 
 // Puts the cells on the system clipboard twice: in the editor's own MIME
@@ -16,5 +18,9 @@ struct ClipboardCells {
     bool carriesSpecials = false;
 };
 ClipboardCells cellsFromClipboard();
+
+// Keeps the action enabled only while the clipboard holds cells to paste,
+// following every change of the clipboard, this program's or another's.
+void enableWhileClipboardHoldsCells(QAction& action);
 
 } // namespace marvek

@@ -19,11 +19,16 @@ struct ToolRun {
     std::string errors;
 };
 
-// Runs marvek-tool with the arguments and collects what it printed.
-inline ToolRun runTool(const std::string& arguments) {
+// Runs marvek-tool with the arguments, in the working folder when one is
+// given, and collects what it printed.
+inline ToolRun runTool(const std::string& arguments,
+                       const std::filesystem::path& workingFolder = {}) {
     const TempDir folder;
-    const std::string command = shellQuoted(MARVEK_TOOL_EXECUTABLE) + " " + arguments + " >" +
-                                shellQuoted(folder / "out") + " 2>" + shellQuoted(folder / "err");
+    const std::string change =
+        workingFolder.empty() ? std::string() : "cd " + shellQuoted(workingFolder) + " && ";
+    const std::string command = change + shellQuoted(MARVEK_TOOL_EXECUTABLE) + " " + arguments +
+                                " >" + shellQuoted(folder / "out") + " 2>" +
+                                shellQuoted(folder / "err");
     const int status = std::system(command.c_str());
     const auto output = readBytes(folder / "out");
     const auto errors = readBytes(folder / "err");

@@ -29,6 +29,47 @@ TEST(ToolMessages, AFolderOrAnEmptyFileIsNamedAsSuch) {
     }
 }
 
+TEST(ToolMessages, ALoopOfSymbolicLinksIsNamedAsSuch) {
+    const TempDir folder;
+    fs::create_symlink("loop", folder / "loop");
+    fs::create_directories(folder / "data");
+    fs::create_symlink("L1MA1", folder / "data" / "L1MA1");
+    const std::string loop = shellQuoted(folder / "loop");
+    const std::string level = shellQuoted(sampleData / "L1MA1");
+    for (const std::string& arguments :
+         {"unpack " + loop + " out", "unpack " + level + " " + loop, "pack " + loop + " out",
+          "pack " + level + " " + loop, "info " + loop,
+          "export L1MA1 out.bmp --config world1 --data " + shellQuoted(folder / "data"),
+          "graphics export " + loop + " out.bmp --width 16 --height 16 --planes 5"}) {
+        const ToolRun run = runTool(arguments);
+        EXPECT_EQ(run.exitCode, 1) << arguments;
+        EXPECT_THAT(run.errors, HasSubstr(": too many levels of symbolic links")) << arguments;
+    }
+}
+
+TEST(ToolMessages, FilesWithNothingToShowAreRefused) {
+    const TempDir folder;
+    writeBytes(folder / "empty", {});
+    writeBytes(folder / "short", {'F', 'O', 'R', 'M'});
+    const std::string picture = " --width 16 --height 16 --planes 5";
+    for (const auto& [arguments, message] :
+         {std::pair{"info " + shellQuoted(sampleData / "L1BM"), "L1BM: the file holds no map"},
+          {"info " + shellQuoted(folder / "short"), "short: the file holds no map"},
+          {"graphics export " + shellQuoted(folder / "empty") + " " +
+               shellQuoted(folder / "empty.bmp") + picture,
+           "empty: the file is empty"},
+          {"graphics export " + shellQuoted(folder / "short") + " " +
+               shellQuoted(folder / "short.bmp") + picture + " --offset 4",
+           "short: the offset 4 lies past the end of the file (4 bytes)"}}) {
+        const ToolRun run = runTool(arguments);
+        EXPECT_EQ(run.exitCode, 1) << arguments;
+        EXPECT_THAT(run.errors, HasSubstr(message)) << arguments;
+        EXPECT_EQ(run.output, "") << arguments;
+    }
+    EXPECT_FALSE(fs::exists(folder / "empty.bmp"));
+    EXPECT_FALSE(fs::exists(folder / "short.bmp"));
+}
+
 TEST(ToolMessages, OutputThatCannotBeWrittenIsAFailure) {
     if (!fs::exists("/dev/full")) {
         GTEST_SKIP() << "no /dev/full";

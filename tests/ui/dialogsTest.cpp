@@ -85,7 +85,7 @@ TEST_F(Dialogs, OptionsShowEveryCaptionAndToolTip) {
     EXPECT_EQ(child<QLabel>(options, "lblInfo").text(),
               "The data path must point to a valid Thornwick CD32 \"TWDATA\" folder.");
     EXPECT_EQ(child<QPushButton>(options, "cmdBrowseDataPath").text(), "Browse...");
-    EXPECT_EQ(child<QPushButton>(options, "cmdOk").text(), "Ok");
+    EXPECT_EQ(child<QPushButton>(options, "cmdOk").text(), "OK");
     EXPECT_TRUE(child<QPushButton>(options, "cmdOk").isDefault());
     EXPECT_EQ(child<QComboBox>(options, "cmbDefLevel").toolTip(),
               "The default level to load when Marvek starts.");
@@ -142,7 +142,7 @@ TEST_F(Dialogs, OpenLevelListsConfigurationsAndShowsTheirFiles) {
     EXPECT_EQ(child<QLineEdit>(dialog, "txtTileSet").text(), data + "/L2BM") << "cancelled";
     child<QPushButton>(dialog, "cmdBrowseTileset").click();
     EXPECT_EQ(child<QLineEdit>(dialog, "txtTileSet").text(), toQString(dataFolder() / "L3BM"));
-    EXPECT_EQ(dialogs_->fileRequests.back().title, "Select tileset");
+    EXPECT_EQ(dialogs_->fileRequests.back().title, "Select Tile Set");
     EXPECT_EQ(child<QCheckBox>(dialog, "chkLoadUnknown").text(), "Load unknown special IDs");
 }
 

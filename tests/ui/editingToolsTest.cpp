@@ -9,6 +9,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QDialog>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
@@ -419,6 +420,72 @@ TEST_F(EditingTools, ReplaceTileCountsTheCellsItChanges) {
     window_->editUndo();
     window_->editUndo();
     EXPECT_EQ(countTile(level(), from, nullptr), inLevel);
+}
+
+TEST_F(EditingTools, PasteIsOfferedOnlyWhileTheClipboardHoldsCells) {
+    start();
+    QClipboard& clipboard = *QGuiApplication::clipboard();
+    clipboard.clear();
+    EXPECT_FALSE(action("itmEditPaste").isEnabled());
+    clipboard.setText("a shopping list");
+    EXPECT_FALSE(action("itmEditPaste").isEnabled());
+    clipboard.setText("1\t2\n3\t4\n");
+    EXPECT_TRUE(action("itmEditPaste").isEnabled()) << "a grid of tile numbers pastes";
+    clipboard.clear();
+    EXPECT_FALSE(action("itmEditPaste").isEnabled());
+    // Cells copied in this editor.
+    QTest::keyClick(window_, Qt::Key_R);
+    dragOnView(cell(0, 0), cell(1, 1));
+    ctrlKey(Qt::Key_C);
+    EXPECT_TRUE(action("itmEditPaste").isEnabled());
+}
+
+TEST_F(EditingTools, ReplaceTileStartsOnlyWithTilesTheUserChoseAndShowsTheirPictures) {
+    start();
+    QClipboard& clipboard = *QGuiApplication::clipboard();
+    clipboard.clear();
+    const auto before = grid();
+    // From the menu, with the brush the level opened with: nothing chosen,
+    // so both boxes are empty and Enter replaces nothing.
+    bool okEnabled = true;
+    whenModal([&](QWidget& dialog) {
+        EXPECT_EQ(child<QSpinBox>(dialog, "udFrom").text(), "none");
+        EXPECT_EQ(child<QSpinBox>(dialog, "udTo").text(), "none");
+        EXPECT_TRUE(child<PictureBox>(dialog, "picFrom").image().isNull());
+        okEnabled = child<QPushButton>(dialog, "cmdOK").isEnabled();
+        QTest::keyClick(&dialog, Qt::Key_Return);
+        if (dialog.isVisible()) {
+            static_cast<QDialog&>(dialog).reject();
+        }
+    });
+    action("itmEditReplaceTile").trigger();
+    EXPECT_FALSE(okEnabled);
+    EXPECT_EQ(grid(), before);
+    EXPECT_TRUE(window_->history().nextUndo().empty());
+
+    // A brush chosen in the palette, then the key over a cell of the level.
+    chooseBrushTile(5);
+    const std::int32_t pointed = level().cellAt(2, 3).tile;
+    ASSERT_NE(pointed, 5);
+    hover(cell(2, 3));
+    QImage fromPicture;
+    QImage toPicture;
+    whenModal([&](QWidget& dialog) {
+        EXPECT_EQ(child<QSpinBox>(dialog, "udFrom").value(), pointed);
+        EXPECT_EQ(child<QSpinBox>(dialog, "udTo").value(), 5);
+        // Copies: a box shows memory that the next tile draws over.
+        fromPicture = child<PictureBox>(dialog, "picFrom").image().copy();
+        toPicture = child<PictureBox>(dialog, "picTo").image().copy();
+        child<QSpinBox>(dialog, "udTo").setValue(pointed);
+        EXPECT_EQ(child<PictureBox>(dialog, "picTo").image(), fromPicture) << "follows the number";
+        static_cast<QDialog&>(dialog).reject();
+    });
+    // The pointer stays over the view: no menu was opened with the mouse.
+    action("itmEditReplaceTile").trigger();
+    EXPECT_EQ(action("itmEditReplaceTile").shortcut(), QKeySequence("Ctrl+H"));
+    ASSERT_FALSE(fromPicture.isNull());
+    EXPECT_EQ(fromPicture.size(), QSize(32, 32)) << "twice the tile's size, as the view shows it";
+    EXPECT_NE(fromPicture, toPicture);
 }
 
 } // namespace

@@ -143,7 +143,7 @@ TEST_F(FileCommands, OpenAsksAboutChangesAndHonoursEachAnswer) {
               "before loading another?");
     EXPECT_EQ(messages_->shown.back().style, messageStyle::yesNoCancelQuestion);
     const auto& request = dialogs_->fileRequests.back();
-    EXPECT_EQ(request.title, "Open Thornwick level");
+    EXPECT_EQ(request.title, "Open Thornwick Level");
     EXPECT_EQ(request.flags, 0x281204);
     EXPECT_EQ(window.windowTitle(), "Marvek - L1MA2[*]");
     EXPECT_EQ(unpacked(dataFolder() / "L1MA1"), savedFirst);

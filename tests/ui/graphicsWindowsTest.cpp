@@ -1,5 +1,7 @@
 #include "EditorFixture.h"
 
+#include "app/browserLayouts.h"
+#include "configuration/clsConfiguration.h"
 #include "data/clsLevel.h"
 #include "graphics/clsBitmap.h"
 #include "graphics/clsPalette.h"
@@ -105,10 +107,12 @@ TEST_F(GraphicsWindows, TheBrowserShowsExportsAndImportsTheTiles) {
         dialogs_->fileAnswers = {{toQString(root_.path() / "tiles")}, {toQString(exported)}};
         messages_->answers = {messageAnswer::yes};
         child<QPushButton>(browser, "cmdExport").click();
-        EXPECT_EQ(dialogs_->fileRequests[0].title, "Export bitmap");
+        EXPECT_EQ(dialogs_->fileRequests[0].title, "Export Bitmap");
         EXPECT_EQ(dialogs_->fileRequests[0].initialName, "L1BM.bmp");
         child<QPushButton>(browser, "cmdImport").click();
-        EXPECT_EQ(dialogs_->fileRequests[1].title, "Import bitmap");
+        EXPECT_EQ(dialogs_->fileRequests[1].title, "Import Bitmap");
+        // The PNG just exported is among what the dialog shows first.
+        EXPECT_EQ(dialogs_->fileRequests[1].filters.front(), "Pictures (*.bmp *.png)");
         static_cast<QDialog&>(browser).reject();
     });
     window.findChild<QAction*>("itmToolsGraphics")->trigger();
@@ -119,16 +123,21 @@ TEST_F(GraphicsWindows, TheBrowserShowsExportsAndImportsTheTiles) {
     EXPECT_EQ(unpacked(tiles), before) << "export then import gives back the same bytes";
 }
 
+void chooseFile(QWidget& browser, const QString& name) {
+    auto& files = child<QListWidget>(browser, "lstFiles");
+    files.setCurrentItem(files.findItems(name, Qt::MatchExactly).front());
+}
+
 // Opens the browser on L1BM read as 16 x 16 tiles, 20 across, with World 1.
 void showTiles(QWidget& browser, int count) {
+    chooseFile(browser, "L1BM");
     child<QComboBox>(browser, "cmbPalette").setCurrentText("World 1");
     setNumber(browser, "txtWidth", 16);
     setNumber(browser, "txtHeight", 16);
     setNumber(browser, "txtBitPlanes", 5);
+    setNumber(browser, "txtOffset", 0);
     setNumber(browser, "txtSubImages", count);
     setNumber(browser, "txtXCount", 20);
-    auto& files = child<QListWidget>(browser, "lstFiles");
-    files.setCurrentItem(files.findItems("L1BM", Qt::MatchExactly).front());
 }
 
 TEST_F(GraphicsWindows, TheBrowserNeverShowsOrExportsAPictureItCannotDraw) {
@@ -293,6 +302,167 @@ TEST_F(GraphicsWindows, CancelLeavesThePaletteAsItWas) {
     window.findChild<QAction*>("itmEditPalette")->trigger();
     EXPECT_EQ(window.openedLevel()->palette.Entry(3), before);
     EXPECT_FALSE(window.isWindowModified());
+}
+
+QString text(QWidget& window, const char* name) {
+    return child<QLineEdit>(window, name).text();
+}
+
+TEST_F(GraphicsWindows, TheBrowserReadsTheLevelsGraphicsAsTheLevelDoesAndRemembersEachFile) {
+    frmMain& window = startEditor();
+    const int tiles = window.openedLevel()->tileSet.count();
+    whenModal([&](QWidget& browser) {
+        chooseFile(browser, "L1BM");
+        EXPECT_EQ(text(browser, "txtWidth"), "16");
+        EXPECT_EQ(text(browser, "txtHeight"), "16");
+        EXPECT_EQ(text(browser, "txtBitPlanes"), "5");
+        EXPECT_EQ(text(browser, "txtSubImages"), QString::number(tiles));
+        EXPECT_EQ(text(browser, "txtXCount"), "20");
+        EXPECT_EQ(child<QComboBox>(browser, "cmbPalette").currentText(), "Level L1MA1")
+            << "in the level's own colours";
+        EXPECT_EQ(child<PictureBox>(browser, "picImage").image().width(), 320);
+        EXPECT_EQ(static_cast<frmGraphics&>(browser).picture().palette().Entry(3),
+                  window.openedLevel()->palette.Entry(3));
+        chooseFile(browser, "L1ET");
+        EXPECT_EQ(text(browser, "txtWidth"), "320");
+        EXPECT_EQ(text(browser, "txtHeight"), "320");
+        EXPECT_EQ(text(browser, "txtSubImages"), "1");
+        // The user's own reading of a file wins over the known one.
+        chooseFile(browser, "L1BM");
+        setNumber(browser, "txtOffset", 160);
+        child<QComboBox>(browser, "cmbPalette").setCurrentText("World 2");
+        chooseFile(browser, "MPIC");
+        static_cast<QDialog&>(browser).reject();
+    });
+    window.findChild<QAction*>("itmToolsGraphics")->trigger();
+
+    // Kept in the settings file for the next session.
+    clsConfiguration saved;
+    saved.LoadConfiguration(settingsFile());
+    const BrowserLayouts layouts = readBrowserLayouts(saved);
+    ASSERT_TRUE(layouts.contains("L1BM"));
+    EXPECT_EQ(layouts.at("L1BM").format.offset, 160);
+    EXPECT_EQ(layouts.at("L1BM").format.count, tiles);
+    EXPECT_EQ(layouts.at("L1BM").palette, "World 2");
+
+    whenModal([&](QWidget& browser) {
+        chooseFile(browser, "L1ET");
+        chooseFile(browser, "L1BM");
+        EXPECT_EQ(text(browser, "txtOffset"), "160");
+        EXPECT_EQ(child<QComboBox>(browser, "cmbPalette").currentText(), "World 2");
+        static_cast<QDialog&>(browser).reject();
+    });
+    window.findChild<QAction*>("itmToolsGraphics")->trigger();
+}
+
+TEST(BrowserLayouts, ReadBackAsWrittenAndSkipWhatDoesNotRead) {
+    clsConfiguration settings;
+    settings.NewConfiguration();
+    const BrowserLayouts layouts{{"L1BM", {{16, 16, 5, 0, 197, 20, false}, "World 1"}},
+                                 {"my tiles.bin", {{8, 4, 3, 12, 2, 1, true}, ""}},
+                                 {"SHEET", {{320, 320, 5, 0, 1, 1, false}, "pal 2.bmp"}}};
+    writeBrowserLayouts(settings, layouts);
+    EXPECT_EQ(readBrowserLayouts(settings), layouts);
+
+    settings.WriteSetting(settingKey::graphicsLayouts,
+                          std::string("A/x/16/5/0/1/1/0/Grey/B/9999/16/5/0/1/1/0/Grey/C/1"), false);
+    const BrowserLayouts read = readBrowserLayouts(settings);
+    EXPECT_FALSE(read.contains("A")) << "not a number";
+    ASSERT_TRUE(read.contains("B"));
+    EXPECT_EQ(read.at("B").format.width, 1024) << "brought inside its range";
+    EXPECT_FALSE(read.contains("C")) << "cut short";
+}
+
+TEST_F(GraphicsWindows, AnImportOverTheLevelsTileSetShowsInTheLevelAtOnce) {
+    frmMain& window = startEditor();
+    const int tiles = window.openedLevel()->tileSet.count();
+    const QImage before = child<PictureBox>(window, "picLevel").image().copy();
+    const fs::path shifted = root_.path() / "shifted.png";
+    whenModal([&](QWidget& browser) {
+        // Every tile moved one place down the set.
+        showTiles(browser, tiles - 1);
+        setNumber(browser, "txtOffset", 160);
+        dialogs_->fileAnswers = {{toQString(shifted)}, {toQString(shifted)}};
+        child<QPushButton>(browser, "cmdExport").click();
+        setNumber(browser, "txtOffset", 0);
+        messages_->answers = {messageAnswer::yes};
+        child<QPushButton>(browser, "cmdImport").click();
+        static_cast<QDialog&>(browser).reject();
+    });
+    window.findChild<QAction*>("itmToolsGraphics")->trigger();
+    ASSERT_TRUE(fs::exists(dataFolder() / "L1BM.orig"));
+    // The view redraws once the events are through.
+    QApplication::processEvents();
+    EXPECT_NE(child<PictureBox>(window, "picLevel").image(), before);
+    EXPECT_EQ(window.openedLevel()->tileSet.count(), tiles);
+}
+
+TEST_F(GraphicsWindows, PictureExportsAskAboutTheFileTheyWrite) {
+    frmMain& window = startEditor();
+    const fs::path folder = root_.path() / "pictures";
+    fs::create_directories(folder);
+    writeText(folder / "tiles.bmp", "mine");
+    writeText(folder / "pal.bmp", "mine too");
+    whenModal([&](QWidget& browser) {
+        showTiles(browser, 40);
+        // "tiles" writes tiles.bmp: asked about, No brings the dialog back.
+        dialogs_->fileAnswers = {{toQString(folder / "tiles")}, {}};
+        messages_->answers = {messageAnswer::no};
+        child<QPushButton>(browser, "cmdExport").click();
+        static_cast<QDialog&>(browser).reject();
+    });
+    window.findChild<QAction*>("itmToolsGraphics")->trigger();
+    ASSERT_EQ(messages_->shown.size(), 1U);
+    EXPECT_EQ(messages_->shown[0].text,
+              toQString(folder / "tiles.bmp") + " already exists. Do you want to replace it?");
+    ASSERT_EQ(dialogs_->fileRequests.size(), 2U);
+    EXPECT_EQ(dialogs_->fileRequests[1].initialName, "tiles.bmp");
+    EXPECT_EQ(dialogs_->fileRequests[1].folder, toQString(folder));
+    EXPECT_EQ(dialogs_->fileRequests[0].flags & clsCommonDialog::overwritePrompt, 0)
+        << "the dialog's own question would be about the name typed";
+    const auto kept = readBytes(folder / "tiles.bmp");
+    EXPECT_EQ(std::string(kept.begin(), kept.end()), "mine");
+
+    // The palette editor's export: Yes replaces.
+    dialogs_->fileAnswers = {{toQString(folder / "pal")}};
+    messages_->answers = {messageAnswer::yes};
+    whenModal([&](QWidget& editor) {
+        EXPECT_EQ(editor.windowTitle(), "Edit Palette");
+        child<QPushButton>(editor, "cmdExport").click();
+        child<QPushButton>(editor, "cmdCancel").click();
+    });
+    window.findChild<QAction*>("itmEditPalette")->trigger();
+    ASSERT_EQ(messages_->shown.size(), 2U);
+    EXPECT_TRUE(messages_->shown[1].text.startsWith(toQString(folder / "pal.bmp")));
+    EXPECT_EQ(readBytes(folder / "pal.bmp").at(0), 'B');
+}
+
+TEST_F(GraphicsWindows, PictureDialogsKeepTheirOwnFolderAndLevelDialogsStayInTheDataFolder) {
+    frmMain& window = startEditor();
+    const fs::path elsewhere = root_.path() / "pictures";
+    fs::create_directories(elsewhere);
+    const fs::path png = elsewhere / "tiles.png";
+    whenModal([&](QWidget& browser) {
+        showTiles(browser, 40);
+        dialogs_->fileAnswers = {{toQString(png)}, {}};
+        child<QPushButton>(browser, "cmdExport").click();
+        child<QPushButton>(browser, "cmdImport").click();
+        static_cast<QDialog&>(browser).reject();
+    });
+    window.findChild<QAction*>("itmToolsGraphics")->trigger();
+    ASSERT_TRUE(fs::exists(png));
+    ASSERT_EQ(dialogs_->fileRequests.size(), 2U);
+    EXPECT_EQ(dialogs_->fileRequests[1].folder, toQString(elsewhere))
+        << "where the last picture went";
+
+    window.findChild<QAction*>("itmFileOpen")->trigger();
+    ASSERT_EQ(dialogs_->fileRequests.size(), 3U);
+    EXPECT_EQ(dialogs_->fileRequests[2].folder, toQString(dataFolder()));
+
+    // A level dialog leaves the picture folder as it was.
+    clsCommonDialog& dialogs = *dialogs_;
+    dialogs.setLastFolder(toQString(root_.path()));
+    EXPECT_EQ(dialogs.pictureFolder(), toQString(elsewhere));
 }
 
 } // namespace

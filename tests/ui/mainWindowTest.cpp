@@ -4,12 +4,20 @@
 #include "ui/PictureBox.h"
 #include "ui/windowPlacement.h"
 
+#include <QAction>
+#include <QDialog>
+#include <QDockWidget>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
+#include <optional>
 #include <set>
 
 namespace marvek::test {
@@ -223,6 +231,93 @@ TEST_F(MainWindow, ResizingLaysOutAndRebuildsTheViews) {
     window.resize(1200, 600);
     QApplication::processEvents();
     EXPECT_EQ(level.width(), narrow + 200);
+}
+
+// The letter after a lone "&", lower case; none without one.
+std::optional<QChar> accessKey(const QString& caption) {
+    for (qsizetype i = 0; i + 1 < caption.size(); ++i) {
+        if (caption[i] == '&') {
+            if (caption[i + 1] != '&') {
+                return caption[i + 1].toLower();
+            }
+            ++i;
+        }
+    }
+    return std::nullopt;
+}
+
+// Title case as menus and window titles use it: every word but the small
+// ones starts with a capital.
+bool isTitleCase(QString text) {
+    text = text.section('\t', 0, 0).remove('&');
+    static const QStringList small{"a",  "an", "and", "as", "at",  "by", "for",
+                                   "in", "of", "on",  "or", "the", "to"};
+    const QStringList words = text.split(' ', Qt::SkipEmptyParts);
+    return std::all_of(words.begin(), words.end(), [](const QString& word) {
+        return small.contains(word) || !word[0].isLetter() || word[0].isUpper();
+    });
+}
+
+void checkMenu(const QMenu& menu) {
+    std::set<QChar> keys;
+    for (const QAction* action : menu.actions()) {
+        if (action->isSeparator()) {
+            continue;
+        }
+        if (const auto key = accessKey(action->text())) {
+            EXPECT_TRUE(keys.insert(*key).second)
+                << menu.title().toStdString() << ": " << action->text().toStdString()
+                << " shares its access key";
+        }
+        // Recent Levels lists file names.
+        if (menu.objectName() != "mnuFileRecent") {
+            EXPECT_TRUE(isTitleCase(action->text())) << action->text().toStdString();
+        }
+        if (action->menu() != nullptr) {
+            checkMenu(*action->menu());
+        }
+    }
+}
+
+TEST_F(MainWindow, MenusTitlesAndButtonsSpeakWithOneVoiceAndTheWindowHasAnIcon) {
+    frmMain& window = startEditor();
+    EXPECT_FALSE(window.windowIcon().isNull());
+    EXPECT_TRUE(window.windowIcon().availableSizes().contains(QSize(256, 256)));
+
+    std::set<QChar> menuKeys;
+    for (const QAction* menu : window.menuBar()->actions()) {
+        EXPECT_TRUE(menuKeys.insert(accessKey(menu->text()).value_or('?')).second);
+        checkMenu(*menu->menu());
+    }
+
+    QList<QDialog*> dialogs = window.findChildren<QDialog*>();
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+        if (auto* dialog = qobject_cast<QDialog*>(top)) {
+            dialogs << dialog;
+        }
+    }
+    ASSERT_GE(dialogs.size(), 8);
+    for (const QDialog* dialog : dialogs) {
+        EXPECT_TRUE(isTitleCase(dialog->windowTitle())) << dialog->windowTitle().toStdString();
+        for (const QPushButton* button : dialog->findChildren<QPushButton*>()) {
+            EXPECT_NE(QString(button->text()).remove('&'), "Ok")
+                << dialog->objectName().toStdString();
+        }
+    }
+
+    // The file dialogs of the main window, each cancelled.
+    window.fileOpen();
+    window.fileSaveAs();
+    window.fileExportBitmap();
+    ASSERT_EQ(dialogs_->fileRequests.size(), 3U);
+    for (const auto& request : dialogs_->fileRequests) {
+        EXPECT_TRUE(isTitleCase(request.title)) << request.title.toStdString();
+    }
+
+    // A dock is titled as the View menu names it.
+    const auto* specialsEntry = window.findChild<QAction*>("itmViewSpecialsList");
+    EXPECT_EQ(child<QDockWidget>(window, "dockSpecials").windowTitle(),
+              specialsEntry->text().section('\t', 0, 0).remove('&'));
 }
 
 } // namespace

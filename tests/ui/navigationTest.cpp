@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QSpinBox>
 #include <QStatusBar>
@@ -406,6 +407,33 @@ TEST_F(Navigation, GoToCellCentresTheViewThereAndTheCornerShowsTheCorner) {
     });
     window_->editGoToCell();
     EXPECT_EQ(at(), std::pair(farRight(), farDown())) << "cancel leaves the view";
+}
+
+TEST_F(Navigation, GoToCellKeepsANumberPastTheLevelAndSaysTheRange) {
+    start();
+    const auto parked = at();
+    QString typed;
+    QString said;
+    bool okEnabled = true;
+    bool stillOpen = false;
+    whenModal([&](QWidget& dialog) {
+        auto& column = child<QSpinBox>(dialog, "udCellX");
+        column.setFocus();
+        column.selectAll();
+        QTest::keyClicks(&column, "999");
+        typed = column.text();
+        said = child<QLabel>(dialog, "lblRange").text();
+        okEnabled = child<QPushButton>(dialog, "cmdOK").isEnabled();
+        QTest::keyClick(&column, Qt::Key_Return);
+        stillOpen = dialog.isVisible();
+        static_cast<QDialog&>(dialog).reject();
+    });
+    action("itmEditGoToCell").trigger();
+    EXPECT_EQ(typed, "999");
+    EXPECT_EQ(said, "There is no column 999: x goes from 0 to 299.");
+    EXPECT_FALSE(okEnabled);
+    EXPECT_TRUE(stillOpen) << "Enter does not take a cell the level lacks";
+    EXPECT_EQ(at(), parked);
 }
 
 } // namespace

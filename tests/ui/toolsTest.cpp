@@ -12,6 +12,8 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <QStatusBar>
 #include <QTest>
 #include <QTextBrowser>
 
@@ -52,8 +54,8 @@ TEST_F(Tools, TheExportDialogOffersEachTagOnceWithTheUsualFiveChosen) {
     EXPECT_FALSE(window.fileExportBitmap());
     ASSERT_EQ(dialogs_->fileRequests.size(), 1U);
     const auto& request = dialogs_->fileRequests[0];
-    EXPECT_EQ(request.title, "Save level bitmap");
-    EXPECT_EQ(request.initialName, "L1MA1");
+    EXPECT_EQ(request.title, "Save Level Bitmap");
+    EXPECT_EQ(request.initialName, "L1MA1.bmp") << "the name of the file it writes";
     EXPECT_EQ(request.filters.front(), "Windows bitmap files (*.bmp)");
     EXPECT_FALSE(fs::exists(root_.path() / "map.bmp"));
     EXPECT_FALSE(fs::exists(root_.path() / "map"));
@@ -82,6 +84,52 @@ TEST_F(Tools, TheExportFollowsTheNameRulesAndMatchesMarvekToolPixelForPixel) {
     ASSERT_EQ(expected.size(), QSize(300 * 16, 84 * 16));
     EXPECT_TRUE(picture(folder / "first.bmp") == expected);
     EXPECT_TRUE(picture(folder / "Second.PNG") == expected);
+}
+
+TEST_F(Tools, TheExportAsksBeforeReplacingTheFileItWritesAndSaysWhereThePictureWent) {
+    frmMain& window = startEditor();
+    const fs::path folder = root_.path();
+    writeText(folder / "foo.bmp", "keep me");
+    // "foo" writes foo.bmp: No brings the dialog back, and its cancel ends it.
+    dialogs_->fileAnswers = {{toQString(folder / "foo")}, {}};
+    messages_->answers = {messageAnswer::no};
+    EXPECT_FALSE(window.fileExportBitmap());
+    ASSERT_EQ(messages_->shown.size(), 1U);
+    EXPECT_EQ(messages_->shown[0].text,
+              toQString(folder / "foo.bmp") + " already exists. Do you want to replace it?");
+    EXPECT_EQ(messages_->shown[0].style, messageStyle::yesNoQuestion);
+    EXPECT_EQ(readBytes(folder / "foo.bmp").size(), 7U);
+
+    dialogs_->fileAnswers = {{toQString(folder / "foo")}};
+    messages_->answers = {messageAnswer::yes};
+    whenModal([](QWidget& dialog) { button(dialog, "cmdOk").click(); });
+    ASSERT_TRUE(window.fileExportBitmap());
+    EXPECT_EQ(readBytes(folder / "foo.bmp").at(0), 'B');
+    EXPECT_EQ(window.statusBar()->currentMessage(),
+              "The level bitmap was saved as " + toQString(folder / "foo.bmp") + ".");
+}
+
+// The help page's table of marvek-tool lists every command the tool has,
+// and its settings paragraph names the installed copy's place.
+TEST_F(Tools, TheHelpPageCoversEveryToolCommandAndWhereSettingsLive) {
+    const auto bytes = readBytes(appFolder() / "faq" / "index.html");
+    const QString page = QString::fromUtf8(reinterpret_cast<const char*>(bytes.data()),
+                                           static_cast<qsizetype>(bytes.size()));
+    const ToolRun usage = runTool("");
+    QStringList commands;
+    const QRegularExpression line("^  ([a-z][a-z-]+)\\b");
+    for (const QString& text : QString::fromStdString(usage.output + usage.errors).split('\n')) {
+        if (const auto match = line.match(text); match.hasMatch()) {
+            commands << match.captured(1);
+        }
+    }
+    ASSERT_GE(commands.size(), 9) << usage.output << usage.errors;
+    for (const QString& command : commands) {
+        EXPECT_TRUE(page.contains("<tr><td><code>" + command + " ")) << command.toStdString();
+    }
+    const qsizetype options = page.indexOf("<h2 id=\"options\">");
+    const QString optionsSection = page.mid(options, page.indexOf("<h2", options + 1) - options);
+    EXPECT_TRUE(optionsSection.contains("~/.config/marvek/marvek.cfg"));
 }
 
 TEST_F(Tools, TheBenchmarkAsksFirstAndReportsThreeFiguresOverTwoSeconds) {
