@@ -15,6 +15,7 @@
 #include <array>
 #include <cmath>
 #include <utility>
+#include <vector>
 
 namespace marvek {
 namespace {
@@ -151,6 +152,30 @@ void drawSpecials(const clsLevel& level, const ViewCells& view, CellSpan columns
     }
 }
 
+// Each pixel halfway between what was under the specials and what they drew.
+void blendHalfway(std::int32_t surface, const std::vector<std::uint32_t>& under) {
+    std::uint32_t* drawn = surfaceGetDataPtr(surface);
+    if (drawn == nullptr) {
+        return;
+    }
+    for (std::size_t i = 0; i < under.size(); ++i) {
+        const std::uint32_t a = drawn[i];
+        const std::uint32_t b = under[i];
+        // Per byte: the mean without carrying into the next byte.
+        drawn[i] = (a & b) + (((a ^ b) & 0xFEFEFEFEu) >> 1);
+    }
+}
+
+std::vector<std::uint32_t> pixelsOf(std::int32_t surface) {
+    const std::uint32_t* pixels = surfaceGetDataPtr(surface);
+    if (pixels == nullptr) {
+        return {};
+    }
+    const auto count = static_cast<std::size_t>(surfaceGetWidth(surface)) *
+                       static_cast<std::size_t>(surfaceGetHeight(surface));
+    return {pixels, pixels + count};
+}
+
 SpecialTable definedSpecials(const clsSpecialSet& specialSet) {
     SpecialTable table{};
     for (std::int32_t id = 1; id <= clsSpecial::maximumId; ++id) {
@@ -197,6 +222,9 @@ void clsLevel::renderTo(clsBackBuffer& backBuffer, const clsCamera& camera,
         drawTiles(*this, view, tileSet, backBuffer.surface());
     }
     if ((flags & renderFlags::specials) != 0) {
+        const bool faint = (flags & renderFlags::faintSpecials) != 0;
+        const std::vector<std::uint32_t> under =
+            faint ? pixelsOf(backBuffer.surface()) : std::vector<std::uint32_t>{};
         const SpecialTable table = definedSpecials(specialSet);
         const SpecialPass pass{
             table,
@@ -205,6 +233,9 @@ void clsLevel::renderTo(clsBackBuffer& backBuffer, const clsCamera& camera,
         drawSpecials(*this, view, withSpecialMargin(view.cols, specialSet.maxWidth(), tileSpacing),
                      withSpecialMargin(view.rows, specialSet.maxHeight(), tileSpacing),
                      SpecialPainter(backBuffer.surface(), tileSpacing, options), pass);
+        if (faint) {
+            blendHalfway(backBuffer.surface(), under);
+        }
     }
 }
 
