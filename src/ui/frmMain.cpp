@@ -1,6 +1,7 @@
 // The main window: its controls, menus, layout and keys.
 #include "ui/frmMain.h"
 
+#include "app/LevelLock.h"
 #include "app/SharedObjects.h"
 #include "app/autosave.h"
 #include "app/clsMessageBox.h"
@@ -228,7 +229,10 @@ void frmMain::keyPressEvent(QKeyEvent* event) {
 void frmMain::keyReleaseEvent(QKeyEvent* event) {
     if ((event->key() == Qt::Key_Shift || event->key() == Qt::Key_Control) &&
         !event->isAutoRepeat()) {
-        releaseModifiers();
+        // A copy or fill drag ends with its button, whichever is let go first.
+        if (!selectionDragOn()) {
+            releaseModifiers();
+        }
         return;
     }
     QMainWindow::keyReleaseEvent(event);
