@@ -158,22 +158,11 @@ void blendHalfway(std::int32_t surface, const std::vector<std::uint32_t>& under)
     if (drawn == nullptr) {
         return;
     }
-    for (std::size_t i = 0; i < under.size(); ++i) {
-        const std::uint32_t a = drawn[i];
-        const std::uint32_t b = under[i];
-        // Per byte: the mean without carrying into the next byte.
-        drawn[i] = (a & b) + (((a ^ b) & 0xFEFEFEFEu) >> 1);
-    }
-}
-
-std::vector<std::uint32_t> pixelsOf(std::int32_t surface) {
-    const std::uint32_t* pixels = surfaceGetDataPtr(surface);
-    if (pixels == nullptr) {
-        return {};
-    }
-    const auto count = static_cast<std::size_t>(surfaceGetWidth(surface)) *
-                       static_cast<std::size_t>(surfaceGetHeight(surface));
-    return {pixels, pixels + count};
+    // Per byte: the mean without carrying into the next byte.
+    std::transform(under.begin(), under.end(), drawn, drawn,
+                   [](std::uint32_t below, std::uint32_t over) {
+                       return (below & over) + (((below ^ over) & 0xFEFEFEFEu) >> 1);
+                   });
 }
 
 SpecialTable definedSpecials(const clsSpecialSet& specialSet) {
@@ -223,8 +212,7 @@ void clsLevel::renderTo(clsBackBuffer& backBuffer, const clsCamera& camera,
     }
     if ((flags & renderFlags::specials) != 0) {
         const bool faint = (flags & renderFlags::faintSpecials) != 0;
-        const std::vector<std::uint32_t> under =
-            faint ? pixelsOf(backBuffer.surface()) : std::vector<std::uint32_t>{};
+        const std::vector<std::uint32_t>* under = faint ? &backBuffer.keepPixels() : nullptr;
         const SpecialTable table = definedSpecials(specialSet);
         const SpecialPass pass{
             table,
@@ -233,8 +221,8 @@ void clsLevel::renderTo(clsBackBuffer& backBuffer, const clsCamera& camera,
         drawSpecials(*this, view, withSpecialMargin(view.cols, specialSet.maxWidth(), tileSpacing),
                      withSpecialMargin(view.rows, specialSet.maxHeight(), tileSpacing),
                      SpecialPainter(backBuffer.surface(), tileSpacing, options), pass);
-        if (faint) {
-            blendHalfway(backBuffer.surface(), under);
+        if (under != nullptr) {
+            blendHalfway(backBuffer.surface(), *under);
         }
     }
 }
