@@ -66,6 +66,12 @@ std::vector<std::string> UndoHistory::steps() const {
     return all;
 }
 
+void UndoHistory::renameNewest(std::string name) {
+    if (!undoNames_.empty()) {
+        undoNames_.back() = std::move(name);
+    }
+}
+
 bool UndoHistory::push(std::deque<std::string>& names, std::string name, std::size_t maximum) {
     if (maximum == 0) {
         return true;

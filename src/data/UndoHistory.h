@@ -23,6 +23,9 @@ public:
 
     // Snapshots the level's grid before a change called name.
     void record(const clsLevel& level, std::string name);
+    // A new name for the newest step done, once it is known what the step
+    // did (a stroke goes on after its snapshot); nothing when there is none.
+    void renameNewest(std::string name);
     // Each takes back the newest step of its side and returns its name;
     // empty, level unchanged, when there is none.
     std::string undo(clsLevel& level);

@@ -24,6 +24,8 @@ class clsTileSet;
 struct BrushPattern {
     const TileGrid& tiles;
     const CellBlock* cells = nullptr;
+    // In Specials mode, pasted cells whose specials alone go down.
+    const CellBlock* specials = nullptr;
 };
 
 // What a tool works with while handling one pointer event.

@@ -1,6 +1,7 @@
 // The main window: its controls, menus, layout and keys.
 #include "ui/frmMain.h"
 
+#include "app/LevelLock.h"
 #include "app/SharedObjects.h"
 #include "app/autosave.h"
 #include "app/clsMessageBox.h"
@@ -34,6 +35,9 @@ constexpr int margin = 4;
 // the window's edge.
 constexpr int rightOfLevel = 16;
 constexpr double wheelStep = 7.5;
+// The least of the level view a small window keeps (5 x 3 cells at 200 %):
+// the panels beside it give way first.
+constexpr QSize minimumLevelView(160 + 2 * PictureBox::border, 96 + 2 * PictureBox::border);
 
 const QString closingQuestion = "The level has been modified since you last saved it. Do you "
                                 "want to save it before quitting?";
@@ -90,6 +94,10 @@ void frmMain::buildWindow() {
     connect(picPalette_, &PictureBox::pointerMoved, this, &frmMain::paletteMoved);
     connect(picPalette_, &PictureBox::pointerReleased, this, &frmMain::paletteReleased);
     buildPanels();
+    central->setMinimumSize(minimumLevelView.width() + margin + scrlLevelY_->sizeHint().width() +
+                                paletteWidth + scrlPalette_->sizeHint().width() + rightOfLevel,
+                            minimumLevelView.height() + 2 * margin + tabMode_->sizeHint().height() +
+                                scrlLevelX_->sizeHint().height());
 }
 
 QAction* frmMain::addCommand(QMenu& menu, const char* name, const QString& caption,
@@ -228,7 +236,10 @@ void frmMain::keyPressEvent(QKeyEvent* event) {
 void frmMain::keyReleaseEvent(QKeyEvent* event) {
     if ((event->key() == Qt::Key_Shift || event->key() == Qt::Key_Control) &&
         !event->isAutoRepeat()) {
-        releaseModifiers();
+        // A copy or fill drag ends with its button, whichever is let go first.
+        if (!selectionDragOn()) {
+            releaseModifiers();
+        }
         return;
     }
     QMainWindow::keyReleaseEvent(event);

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "app/autosave.h"
 #include "data/CellBlock.h"
 #include "data/TileGrid.h"
 #include "data/UndoHistory.h"
 #include "data/clsRenderOptions.h"
 #include "data/editorBenchmark.h"
+#include "data/specialChanges.h"
 #include "graphics/clsBackBuffer.h"
 #include "graphics/clsCamera.h"
 #include "graphics/clsRectangle.h"
@@ -58,6 +60,7 @@ class frmGoToCell;
 enum class ViewStep;
 class RecentLevelsMenu;
 class Autosave;
+class LevelLock;
 class SingleShotTimer;
 
 // The dialogs the main window opens; they live as long as it does.
@@ -99,6 +102,9 @@ public:
     // Keeps unsaved work after an unexpected error: the text to show, naming
     // the file written, or an empty text when nothing needed keeping.
     QString keepUnsavedWork();
+    // Another editor holds the open level: it is shown and edited, but
+    // neither saved nor kept in a recovery copy.
+    bool isReadOnly() const noexcept;
     // The closing question, asked only when the level has unsaved changes;
     // true when the window may close (saved, or the changes let go).
     bool mayClose();
@@ -136,6 +142,11 @@ public:
     // The cells a brush made by Paste stamps, specials and all; null for a
     // brush of palette tiles.
     const CellBlock* brushCells() const noexcept { return brushCells_ ? &*brushCells_ : nullptr; }
+    // Cells pasted in Specials mode, whose specials alone the brush puts
+    // down; null once a special is chosen.
+    const CellBlock* specialsBrush() const noexcept {
+        return specialsBrush_ ? &*specialsBrush_ : nullptr;
+    }
     // The clipboard and selection commands of the Edit menu.
     void editCut();
     void editCopy();
@@ -210,6 +221,10 @@ private:
     ToolContext toolContext(int shift, float x, float y);
     void renderToolMarks();
     void updateSelectionCommands();
+    // Cut or Delete of the selection: its specials alone in Specials mode.
+    void clearSelection(const std::string& command);
+    // Paste in Specials mode: a brush of the pasted cells' specials.
+    void pasteSpecials(CellBlock block);
     // The selection's cells on the clipboard; false when nothing is selected.
     bool copySelectionToClipboard();
 
@@ -226,6 +241,13 @@ private:
     void showRecentLevels();
     void saveRecentLevels();
     void offerRecovery();
+    // The lock a level about to open needs, in fresh (left empty when the
+    // lock held now is that level's); false when another editor holds it and
+    // the user chose not to open it read-only.
+    bool lockLevel(const std::filesystem::path& levelFile, std::unique_ptr<LevelLock>& fresh,
+                   QString* failure);
+    // Says why a read-only level is not saved; false when it is not one.
+    bool refuseReadOnlySave();
     void keepRecoveryCopy();
     // The work was saved or dropped: its recovery copy goes.
     void dropRecoveryCopy();
@@ -235,6 +257,10 @@ private:
     void warnOfRepairs();
     // Undo or redo, whichever side is given.
     void takeBack(std::string (UndoHistory::*side)(clsLevel&));
+    // A step of tiles whose specials auto-place chooses.
+    bool autoPlacing(const std::string& stepName) const;
+    // The newest step named by what auto-place did to specials.
+    void nameStepBySpecials();
     void resetEditState();
     void createBuffers();
     void updatePaletteScroll();
@@ -247,6 +273,7 @@ private:
 
     void selectMode(int tabIndex);
     void toggleRenderFlag(std::int32_t flag);
+    void toggleSpecialsInTilesMode();
     void toggleGrid();
     void toggleZoom();
     void wheelOverPalette(int delta);
@@ -268,6 +295,8 @@ private:
     void startSelection(std::uint32_t colour);
     void copySelection();
     void fillSelection();
+    // A Shift copy or Ctrl fill drag is on.
+    bool selectionDragOn() const noexcept;
     // A drag that the active tool began is on.
     bool toolDragOn() const noexcept;
     // The level cell under a view position.
@@ -321,6 +350,10 @@ private:
     // Brush, Bucket Fill, Select: checked as the tool is chosen.
     std::array<QAction*, 3> toolActions_{};
     std::optional<CellBlock> brushCells_;
+    // The specials before the newest step, until the step is complete.
+    std::optional<SpecialsWatch> stepWatch_;
+    // Cells pasted in Specials mode: the brush puts down their specials.
+    std::optional<CellBlock> specialsBrush_;
     QScrollBar* scrlLevelX_ = nullptr;
     QScrollBar* scrlLevelY_ = nullptr;
     PanelDock* overviewDock_ = nullptr;
@@ -335,6 +368,8 @@ private:
 
     RecentLevelsMenu* mnuFileRecent_ = nullptr;
     std::unique_ptr<Autosave> autosave_;
+    std::unique_ptr<LevelLock> levelLock_;
+    RecoveryCopyHealth recoveryHealth_;
 
     std::unique_ptr<OpenedLevel> opened_;
     UndoHistory history_;
@@ -373,6 +408,7 @@ private:
 
     bool alphaBlending_ = true;
     bool autoPlaceSpecials_ = true;
+    bool specialsInTilesMode_ = true;
 };
 
 } // namespace marvek

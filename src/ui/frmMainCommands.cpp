@@ -86,6 +86,9 @@ bool frmMain::fileSave() {
     if (!opened_) {
         return false;
     }
+    if (refuseReadOnlySave()) {
+        return false;
+    }
     clsLevel& level = opened_->level;
     if (level.fileName.empty()) {
         return fileSaveAs();
@@ -111,7 +114,16 @@ bool frmMain::fileSaveAs() {
     if (!opened_) {
         return false;
     }
+    if (refuseReadOnlySave()) {
+        return false;
+    }
     clsLevel& level = opened_->level;
+    // Refused before the dialog: no name can make such a level savable.
+    if (const std::string reason = level.whyNotSavable(); !reason.empty()) {
+        shared_.messages->show(this, "The level was not saved.\n\n" + toQString(reason),
+                               messageStyle::exclamation);
+        return false;
+    }
     const QString previousFolder = shared_.dialogs->lastFolder();
     const QString chosen =
         shared_.dialogs->saveFile(this, "Save Thornwick Level As", "All files (*.*)|*.*",
@@ -146,10 +158,30 @@ void frmMain::editLevel(const std::string& stepName, const std::function<void(cl
         return;
     }
     history_.record(opened_->level, stepName);
+    // Specials are faint in Tiles mode: the step's name says what
+    // auto-place took.
+    if (autoPlacing(stepName)) {
+        stepWatch_.emplace(opened_->level, stepName);
+    } else {
+        stepWatch_.reset();
+    }
     change(opened_->level);
+    nameStepBySpecials();
     opened_->level.modified = true;
     updateCommands();
     renderLevel();
+}
+
+bool frmMain::autoPlacing(const std::string& stepName) const {
+    // Pasted cells bring their own specials; Cut and Delete mean to clear.
+    return mode_ == tilesMode && autoPlaceSpecials_ && !brushCells_ &&
+           (stepName == "Paint" || stepName == "Fill" || stepName == "Bucket Fill");
+}
+
+void frmMain::nameStepBySpecials() {
+    if (stepWatch_) {
+        history_.renameNewest(stepWatch_->stepName(opened_->level));
+    }
 }
 
 void frmMain::editUndo() {
@@ -162,6 +194,7 @@ void frmMain::editRedo() {
 
 void frmMain::takeBack(std::string (UndoHistory::*side)(clsLevel&)) {
     releaseModifiers();
+    stepWatch_.reset();
     if (opened_ && !(history_.*side)(opened_->level).empty()) {
         // The grid no longer matches the file, whichever way it went.
         opened_->level.modified = true;
@@ -241,7 +274,8 @@ void frmMain::editPalette() {
 void frmMain::updateCommands() {
     if (opened_) {
         const QString name = QFileInfo(toQString(opened_->level.fileName)).completeBaseName();
-        setWindowTitle(QString(applicationTitle) + " - " + name.toUpper() + "[*]");
+        setWindowTitle(QString(applicationTitle) + " - " + name.toUpper() +
+                       (isReadOnly() ? " (read-only)" : "") + "[*]");
         setWindowModified(opened_->level.modified);
         if (opened_->level.modified) {
             autosave_->changed();
@@ -262,6 +296,9 @@ void frmMain::updateCommands() {
 QString frmMain::keepUnsavedWork() {
     if (!opened_ || !opened_->level.modified) {
         return {};
+    }
+    if (isReadOnly()) {
+        return "Your unsaved changes were not kept: another editor holds the level.";
     }
     try {
         const auto path = writeRecoveryCopy(opened_->level, opened_->palette);

@@ -2,6 +2,7 @@
 // and the recovery copy that keeps unsaved work through a crash or a kill.
 #include "ui/frmMain.h"
 
+#include "app/LevelLock.h"
 #include "app/SharedObjects.h"
 #include "app/autosave.h"
 #include "app/qtPaths.h"
@@ -58,8 +59,9 @@ void frmMain::buildDesktopSupport() {
 
 void frmMain::setAutosaveTimer(std::unique_ptr<SingleShotTimer> timer) {
     autosave_ = std::make_unique<Autosave>(
-        std::move(timer), Autosave::Actions{[this] { return opened_ && opened_->level.modified; },
-                                            [this] { keepRecoveryCopy(); }});
+        std::move(timer),
+        Autosave::Actions{[this] { return opened_ && opened_->level.modified && !isReadOnly(); },
+                          [this] { keepRecoveryCopy(); }});
 }
 
 bool frmMain::useConfig(const fs::path& levelFile, const QString& configuration, bool loadUnknown,
@@ -69,11 +71,21 @@ bool frmMain::useConfig(const fs::path& levelFile, const QString& configuration,
     if (opened_ && opened_->level.modified && !opened_->level.fileName.empty()) {
         discarded = fs::path(opened_->level.fileName);
     }
+    std::unique_ptr<LevelLock> fresh;
+    if (!lockLevel(levelFile, fresh, failure)) {
+        return false;
+    }
+    // Only the editor holding a level owns its recovery copy.
+    const bool ownedDiscarded = !isReadOnly();
     if (!openWithConfig(levelFile, configuration, loadUnknown, failure)) {
         return false;
     }
+    if (fresh) {
+        levelLock_ = std::move(fresh);
+        updateCommands();
+    }
     autosave_->settled();
-    if (discarded && !removeRecoveryCopy(*discarded)) {
+    if (discarded && ownedDiscarded && !removeRecoveryCopy(*discarded)) {
         statusBar()->showMessage("The recovery copy " + toQString(recoveryPath(*discarded)) +
                                  " could not be removed.");
     }
@@ -81,9 +93,54 @@ bool frmMain::useConfig(const fs::path& levelFile, const QString& configuration,
     return true;
 }
 
+bool frmMain::isReadOnly() const noexcept {
+    return levelLock_ && levelLock_->holder().has_value();
+}
+
+bool frmMain::lockLevel(const fs::path& levelFile, std::unique_ptr<LevelLock>& fresh,
+                        QString* failure) {
+    const fs::path file = levelFilePath(shared_.dataFolder(), levelFile);
+    if (levelLock_ && levelLock_->isFor(file)) {
+        return true;
+    }
+    fresh = std::make_unique<LevelLock>(file);
+    const auto& holder = fresh->holder();
+    if (!holder) {
+        return true;
+    }
+    const QString name = toQString(file.filename());
+    const QString who = QString("another editor (process %1%2)")
+                            .arg(holder->process)
+                            .arg(holder->host.isEmpty() ? QString() : " on " + holder->host);
+    const QString question = name + " is open in " + who +
+                             ".\n\nOpen it read-only? It can then be neither saved nor kept "
+                             "in a recovery copy.";
+    if (shared_.messages->show(this, question, messageStyle::yesNoQuestion) == messageAnswer::yes) {
+        return true;
+    }
+    if (failure != nullptr) {
+        *failure = name + " is open in " + who + ", so it was left to that editor.";
+    }
+    return false;
+}
+
+bool frmMain::refuseReadOnlySave() {
+    if (!isReadOnly()) {
+        return false;
+    }
+    shared_.messages->show(this,
+                           "The level was not saved.\n\n" +
+                               toQString(levelLock_->level().filename()) +
+                               " is open read-only: another editor (process " +
+                               QString::number(levelLock_->holder()->process) + ") holds it.",
+                           messageStyle::exclamation);
+    return true;
+}
+
 void frmMain::offerRecovery() {
     const fs::path levelFile = opened_->level.fileName;
-    if (!hasNewerRecoveryCopy(levelFile)) {
+    // A copy beside a level another editor holds is that editor's work.
+    if (isReadOnly() || !hasNewerRecoveryCopy(levelFile)) {
         return;
     }
     const QFileInfo copy(toQString(recoveryPath(levelFile)));
@@ -111,19 +168,32 @@ void frmMain::offerRecovery() {
 }
 
 void frmMain::keepRecoveryCopy() {
+    const QString copy = toQString(recoveryPath(opened_->level));
     try {
         writeRecoveryCopy(opened_->level, opened_->palette);
     } catch (const std::exception& error) {
-        // A box every few seconds would stop the user's work; the next change
-        // tries again.
-        statusBar()->showMessage("The recovery copy could not be written: " +
-                                 QString::fromStdString(error.what()));
+        const QString reason = QString::fromStdString(error.what());
+        statusBar()->showMessage("The recovery copy could not be written: " + reason);
+        // Once, not at every retry: a box every few seconds would stop the work.
+        if (recoveryHealth_.failed() == RecoveryCopyHealth::Change::nowFailing) {
+            shared_.messages->show(this,
+                                   "The recovery copy " + copy +
+                                       " could not be written, so unsaved work would not "
+                                       "survive a crash. Marvek keeps trying.\n\n" +
+                                       reason,
+                                   messageStyle::exclamation);
+        }
+        return;
+    }
+    if (recoveryHealth_.written() == RecoveryCopyHealth::Change::workingAgain) {
+        shared_.messages->show(this, "The recovery copy " + copy + " is written again.",
+                               messageStyle::information);
     }
 }
 
 void frmMain::dropRecoveryCopy() {
     autosave_->settled();
-    if (opened_ && !removeRecoveryCopy(opened_->level)) {
+    if (opened_ && !isReadOnly() && !removeRecoveryCopy(opened_->level)) {
         statusBar()->showMessage("The recovery copy " + toQString(recoveryPath(opened_->level)) +
                                  " could not be removed.");
     }

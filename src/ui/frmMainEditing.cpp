@@ -153,7 +153,7 @@ ToolContext frmMain::toolContext(int shift, float x, float y) {
         mode_,
         shift,
         levelCellAt(x, y),
-        BrushPattern{brush_, brushCells()},
+        BrushPattern{brush_, brushCells(), specialsBrush()},
         selectedSpecial_,
         autoPlaceSpecials_,
         [this](const std::string& name, const std::function<void(clsLevel&)>& change) {
@@ -178,7 +178,7 @@ void frmMain::renderToolMarks() {
             levelCellAt(mouseX_, mouseY_),
             static_cast<std::int32_t>(std::nearbyint(mouseX_ / z)),
             static_cast<std::int32_t>(std::nearbyint(mouseY_ / z)),
-            BrushPattern{brush_, brushCells()},
+            BrushPattern{brush_, brushCells(), specialsBrush()},
             selectedSpecial_,
         });
     }
@@ -217,16 +217,24 @@ void frmMain::editCopy() {
 void frmMain::editCut() {
     releaseModifiers();
     if (copySelectionToClipboard()) {
-        const clsRectangle area = *selectTool_->selection();
-        editLevel("Cut", [&](clsLevel& level) { clearCells(level, area); });
+        clearSelection("Cut");
     }
 }
 
 void frmMain::editDelete() {
     releaseModifiers();
     if (opened_ && selectTool_->selection()) {
-        const clsRectangle area = *selectTool_->selection();
-        editLevel("Delete", [&](clsLevel& level) { clearCells(level, area); });
+        clearSelection("Delete");
+    }
+}
+
+void frmMain::clearSelection(const std::string& command) {
+    const clsRectangle area = *selectTool_->selection();
+    // Specials mode works on the specials alone: the tiles stay.
+    if (mode_ == specialsMode) {
+        editLevel(command + " Specials", [&](clsLevel& level) { clearSpecials(level, area); });
+    } else {
+        editLevel(command, [&](clsLevel& level) { clearCells(level, area); });
     }
 }
 
@@ -244,6 +252,10 @@ void frmMain::editPaste() {
                                messageStyle::exclamation);
         return;
     }
+    if (mode_ == specialsMode && pasted.carriesSpecials) {
+        pasteSpecials(std::move(pasted.block));
+        return;
+    }
     brush_ = pasted.block.tiles();
     if (pasted.carriesSpecials) {
         brushCells_ = std::move(pasted.block);
@@ -259,6 +271,15 @@ void frmMain::editPaste() {
     statusBar()->showMessage(QString("Pasted %1 x %2 cells: click to put them down")
                                  .arg(brush_.width())
                                  .arg(brush_.height()));
+}
+
+void frmMain::pasteSpecials(CellBlock block) {
+    specialsBrush_ = std::move(block);
+    chooseTool(Tool::brush);
+    renderLevel();
+    statusBar()->showMessage(QString("Pasted the specials of %1 x %2 cells: click to put them down")
+                                 .arg(specialsBrush_->width())
+                                 .arg(specialsBrush_->height()));
 }
 
 void frmMain::editSelectAll() {

@@ -140,6 +140,7 @@ void frmMain::loadOptions() {
     const clsConfiguration& settings = shared_.settings;
     alphaBlending_ = settingNumber(settings, settingKey::alphaBlending, 1) != 0;
     autoPlaceSpecials_ = settingNumber(settings, settingKey::autoPlaceSpecials, 1) != 0;
+    specialsInTilesMode_ = settingNumber(settings, settingKey::specialsInTilesMode, 1) != 0;
     history_.setMaximum(settingNumber(settings, settingKey::undoLevels, 64));
     moveSensitivity_ =
         static_cast<float>(settingNumber(settings, settingKey::moveSensitivity, 10)) / 10.0F;
@@ -160,6 +161,8 @@ void frmMain::resetEditState() {
     brush_ = TileGrid(1, 1);
     brush_.at(0, 0) = 1;
     brushCells_.reset();
+    specialsBrush_.reset();
+    stepWatch_.reset();
     selection_ = clsRectangle();
     selectionVisible_ = false;
     if (selectTool_) {
@@ -185,10 +188,12 @@ void frmMain::resetEditState() {
 
 void frmMain::applyModeFlags() {
     renderFlags_ |= renderFlags::tiles;
-    if (mode_ == tilesMode) {
-        renderFlags_ &= ~renderFlags::specials;
-    } else {
+    renderFlags_ &= ~(renderFlags::specials | renderFlags::faintSpecials);
+    if (mode_ != tilesMode) {
         renderFlags_ |= renderFlags::specials;
+    } else if (specialsInTilesMode_) {
+        // Seen, so that what painting does to them is seen too.
+        renderFlags_ |= renderFlags::specials | renderFlags::faintSpecials;
     }
 }
 

@@ -92,6 +92,7 @@ void frmMain::levelPressed(int button, int shift, float x, float y) {
             level.contains(cell.x(), cell.y()) ? level.getSpecial(cell.x(), cell.y()) : 0;
         const clsSpecialSet& set = opened_->specialSet;
         selectedSpecial_ = set.getSpecialLUT(id);
+        specialsBrush_.reset();
         if (selectedSpecial_ == nullptr && set.count() > 0) {
             selectedSpecial_ = &set.getSpecial(0);
         }
@@ -151,6 +152,11 @@ void frmMain::levelReleased(int button, int shift, float x, float y) {
     } else if (toolDragOn()) {
         ToolContext context = toolContext(shift, x, y);
         activeTool().release(context);
+        if (state == BrushTool::painting) {
+            // The stroke's whole work is known only now.
+            nameStepBySpecials();
+            updateCommands();
+        }
         updateSelectionCommands();
     } else if (mode_ == tilesMode && state == copying) {
         copySelection();
@@ -168,6 +174,10 @@ void frmMain::levelLeft() {
         renderLevel();
     }
     statusBar()->clearMessage();
+}
+
+bool frmMain::selectionDragOn() const noexcept {
+    return dragState_ == copying || dragState_ == filling;
 }
 
 bool frmMain::toolDragOn() const noexcept {
@@ -257,6 +267,7 @@ void frmMain::palettePressed(int button, int /*shift*/, float x, float y) {
     if (const clsSpecial* special =
             opened_->specialSet.getSelected(rounded(y) + paletteCamera_.y)) {
         selectedSpecial_ = special;
+        specialsBrush_.reset();
     }
     renderPalette();
 }

@@ -139,6 +139,9 @@ void frmMain::buildViewMenu() {
                          flagOn(renderFlags::oversizeMarks));
     viewMenu_->addToggle("itmViewUndefined", "&Undefined IDs", "U",
                          flagToggle(renderFlags::undefinedIds), flagOn(renderFlags::undefinedIds));
+    viewMenu_->addToggle(
+        "itmViewSpecialsInTilesMode", "Specials in &Tiles Mode", "K",
+        [this] { toggleSpecialsInTilesMode(); }, [this] { return specialsInTilesMode_; });
     viewMenu_->menu().addSeparator();
     viewMenu_->addToggle(
         "itmViewOverview", "Overvie&w", "M", [this] { togglePanel(*overviewDock_); },
@@ -149,6 +152,19 @@ void frmMain::buildViewMenu() {
     viewMenu_->addToggle(
         "itmViewHistory", "&History", QString(), [this] { togglePanel(*historyDock_); },
         [this] { return !historyDock_->isHidden(); });
+}
+
+void frmMain::toggleSpecialsInTilesMode() {
+    specialsInTilesMode_ = !specialsInTilesMode_;
+    applyModeFlags();
+    renderLevel();
+    shared_.settings.WriteSetting(settingKey::specialsInTilesMode, specialsInTilesMode_ ? 1 : 0,
+                                  false);
+    try {
+        shared_.settings.SaveConfiguration(shared_.settingsFile(), "\r\n", true);
+    } catch (const FileError& error) {
+        statusBar()->showMessage(QString::fromStdString(error.what()));
+    }
 }
 
 void frmMain::togglePanel(PanelDock& dock) {
