@@ -14,9 +14,10 @@ int runExport(const Arguments& arguments, const char* usage);
 int runBench(const Arguments& arguments, const char* usage);
 int runGraphics(const Arguments& arguments, const char* usage);
 int runOverview(const Arguments& arguments, const char* usage);
+int runTmx(const Arguments& arguments, const char* usage);
 
 std::span<const Command> commands() {
-    static const std::array<Command, 9> table{{
+    static const std::array<Command, 10> table{{
         {"info", "info LEVEL", runInfo},
         {"pack", "pack IN OUT [--mode 0-11]", runPack},
         {"unpack", "unpack IN OUT", runUnpack},
@@ -32,6 +33,10 @@ std::span<const Command> commands() {
          "graphics export|import IN OUT --width W --height H --planes P [--offset N] [--count N] "
          "[--across N] [--palette NAME|FILE] [--shift-colours] [--app DIR]",
          runGraphics},
+        {"tmx",
+         "tmx export LEVEL OUT.tmx|.tmj --data DIR --config NAME [--format "
+         "csv|base64|zlib|gzip|zstd|xml] [--app DIR] | tmx import MAP OUT [--base LEVEL]",
+         runTmx},
     }};
     return table;
 }
