@@ -34,7 +34,9 @@ std::vector<std::uint32_t> writtenColours(const clsPalette& palette) {
     return colours;
 }
 
-std::string paletteText(const clsPalette& palette) {
+} // namespace
+
+std::string paletteProperty(const clsPalette& palette) {
     std::string text;
     for (const std::uint32_t rgb : writtenColours(palette)) {
         std::array<char, 9> colour{};
@@ -44,6 +46,8 @@ std::string paletteText(const clsPalette& palette) {
     }
     return text;
 }
+
+namespace {
 
 std::string defaultSpecialsText(std::span<const std::uint8_t> specials) {
     const std::size_t count = std::max(specials.size(), clsLevel::fileDefaultSpecials);
@@ -179,7 +183,7 @@ void applyOne(const std::string& name, const std::string* value, const LevelFile
 std::vector<TiledProperty> levelProperties(const LevelFile& file) {
     const clsLevel& level = file.level;
     return {
-        {"palette", "string", paletteText(file.palette)},
+        {"palette", "string", paletteProperty(file.palette)},
         {"defaultSpecials", "string", defaultSpecialsText(level.defaultSpecials())},
         {"cccl", "string", hexText(level.ccclData())},
         {"remx", "int", std::to_string(level.remX())},

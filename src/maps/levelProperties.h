@@ -7,6 +7,7 @@
 
 namespace marvek {
 
+class clsPalette;
 struct LevelFile;
 
 // The level file's fields besides its size and cells, as map properties:
@@ -18,6 +19,9 @@ std::vector<TiledProperty> levelProperties(const LevelFile& file);
 // MissingMapProperties naming every property missing without a base.
 void applyLevelProperties(const std::vector<TiledProperty>& properties, const LevelFile* base,
                           LevelFile& file);
+
+// The "palette" property's value: the 32 colours the level file holds.
+std::string paletteProperty(const clsPalette& palette);
 
 // True for the names levelProperties writes.
 bool isLevelProperty(const std::string& name);

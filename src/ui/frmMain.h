@@ -59,6 +59,7 @@ enum class ViewStep;
 class RecentLevelsMenu;
 class Autosave;
 class SingleShotTimer;
+class TiledMapCommands;
 
 // The dialogs the main window opens; they live as long as it does.
 struct MainDialogs {
@@ -75,6 +76,8 @@ struct MainDialogs {
 // mode tabs and the menus. It owns the open level and the editing state.
 class frmMain : public QMainWindow {
     Q_OBJECT
+    // Tiled maps in and out replace the open level's palette and cells.
+    friend class TiledMapCommands;
 
 public:
     // Editing modes, the tabs' order.
@@ -335,6 +338,7 @@ private:
 
     RecentLevelsMenu* mnuFileRecent_ = nullptr;
     std::unique_ptr<Autosave> autosave_;
+    std::unique_ptr<TiledMapCommands> tiledMaps_;
 
     std::unique_ptr<OpenedLevel> opened_;
     UndoHistory history_;
