@@ -12,6 +12,7 @@
 #include "io/programFolders.h"
 #include "native/handles.h"
 #include "native/marvek.h"
+#include "tool/benchTiledMap.h"
 #include "tool/benchTiming.h"
 #include "tool/benchWorld.h"
 #include "tool/commands.h"
@@ -252,6 +253,7 @@ void runAll(const BenchArguments& parsed) {
     benchOverview(world);
     benchPackAndUnpack(levelBytes(world));
     benchBucketFill();
+    benchTiledMaps(world);
 }
 
 } // namespace
