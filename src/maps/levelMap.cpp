@@ -24,28 +24,23 @@ std::string cellName(const std::string& layer, std::size_t index, std::int32_t w
            std::to_string(index / w) + ")";
 }
 
-// The tile set a gid falls in: the one with the largest first gid not above it.
-const TiledTileSetReference* tileSetOf(const TiledMap& map, std::uint32_t gid) {
-    const TiledTileSetReference* found = nullptr;
-    for (const TiledTileSetReference& reference : map.tileSets) {
-        if (reference.firstGid <= gid &&
-            (found == nullptr || reference.firstGid > found->firstGid)) {
-            found = &reference;
-        }
-    }
-    return found;
-}
-
 std::string layerOf(const TiledTileSet& tileSet) {
     const TiledProperty* property = findProperty(tileSet.properties, tiledNames::layerProperty);
     return property != nullptr ? property->value : std::string();
 }
 
 // Turns a layer's gids into local tile numbers of the tile set meant for it.
+// What each tile set is and may do is worked out once, not for each cell.
 class LayerReader {
 public:
     LayerReader(const TiledMap& map, const TiledTileLayer& layer, std::uint32_t count)
-        : map_(map), layer_(layer), count_(count) {}
+        : map_(map), layer_(layer), count_(count) {
+        for (const TiledTileSetReference& reference : map.tileSets) {
+            const auto tiles = static_cast<std::uint32_t>(std::max(reference.tileSet.tileCount, 0));
+            ranges_.push_back({reference.firstGid, reference.firstGid + std::uint64_t{tiles},
+                               layerOf(reference.tileSet) == layer.name, &reference.tileSet});
+        }
+    }
 
     // The cell's number within the layer's tile set; emptyNumber for gid 0.
     std::uint32_t number(std::size_t index, std::uint32_t emptyNumber) const {
@@ -56,21 +51,21 @@ public:
         if (gid == 0) {
             return emptyNumber;
         }
-        const TiledTileSetReference* reference = tileSetOf(map_, gid);
-        if (reference == nullptr) {
+        const Range* range = rangeOf(gid);
+        if (range == nullptr) {
             refuse(index, "gid " + std::to_string(gid) + " belongs to no tile set");
         }
-        const std::uint32_t local = gid - reference->firstGid;
-        const TiledTileSet& tileSet = reference->tileSet;
-        if (local >= static_cast<std::uint32_t>(std::max(tileSet.tileCount, 0))) {
+        const TiledTileSet& tileSet = *range->tileSet;
+        if (gid >= range->end) {
             refuse(index, "gid " + std::to_string(gid) + " lies past the end of tile set " +
                               inQuotes(tileSet.name) + " (" + std::to_string(tileSet.tileCount) +
-                              " tiles from gid " + std::to_string(reference->firstGid) + ")");
+                              " tiles from gid " + std::to_string(range->first) + ")");
         }
-        if (layerOf(tileSet) != layer_.name) {
+        if (!range->allowed) {
             refuse(index, "gid " + std::to_string(gid) + " is a tile of tile set " +
                               inQuotes(tileSet.name) + ", which this layer may not use");
         }
+        const std::uint32_t local = gid - range->first;
         if (local >= count_) {
             refuse(index, "tile " + std::to_string(local) + " of tile set " +
                               inQuotes(tileSet.name) + " is past the last one a level keeps (" +
@@ -80,6 +75,25 @@ public:
     }
 
 private:
+    struct Range {
+        std::uint32_t first;
+        std::uint64_t end;
+        bool allowed;
+        const TiledTileSet* tileSet;
+    };
+
+    // The tile set a gid falls in: the one with the largest first gid not
+    // above it.
+    const Range* rangeOf(std::uint32_t gid) const {
+        const Range* found = nullptr;
+        for (const Range& range : ranges_) {
+            if (range.first <= gid && (found == nullptr || range.first > found->first)) {
+                found = &range;
+            }
+        }
+        return found;
+    }
+
     [[noreturn]] void refuse(std::size_t index, const std::string& why) const {
         throw MapRefusal(cellName(layer_.name, index, map_.width) + ": " + why);
     }
@@ -87,6 +101,7 @@ private:
     const TiledMap& map_;
     const TiledTileLayer& layer_;
     std::uint32_t count_;
+    std::vector<Range> ranges_;
 };
 
 void checkShape(const TiledMap& map) {

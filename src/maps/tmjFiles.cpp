@@ -222,7 +222,8 @@ std::string writeTmj(const TiledMap& map, LayerFormat format) {
     document["type"] = "map";
     document["version"] = formatVersion;
     document["width"] = map.width;
-    return document.dump(1) + "\n";
+    // On one line: indented, every cell of a layer would take a line.
+    return document.dump() + "\n";
 }
 
 TiledMap readTmj(std::string_view text, const TileSetLoader& loadTileSet) {

@@ -3,7 +3,6 @@
 
 #include <pugixml.hpp>
 
-#include <sstream>
 #include <stdexcept>
 
 namespace marvek {
@@ -69,10 +68,19 @@ void appendLayer(pugi::xml_node map, const TiledTileLayer& layer, std::int32_t i
     data.append_child(pugi::node_pcdata).set_value(encoded.text.c_str());
 }
 
+// Collects what pugixml saves, without a stream between.
+class TextWriter : public pugi::xml_writer {
+public:
+    void write(const void* data, std::size_t size) override {
+        text.append(static_cast<const char*>(data), size);
+    }
+    std::string text;
+};
+
 std::string saved(const pugi::xml_document& document) {
-    std::ostringstream out;
-    document.save(out, " ", pugi::format_indent, pugi::encoding_utf8);
-    return out.str();
+    TextWriter writer;
+    document.save(writer, " ", pugi::format_indent, pugi::encoding_utf8);
+    return std::move(writer.text);
 }
 
 pugi::xml_node declaredDocument(pugi::xml_document& document, const char* rootName) {
