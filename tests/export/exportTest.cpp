@@ -170,9 +170,11 @@ TEST_F(Export, BenchPrintsEveryFigureAsOursReferenceAndRatio) {
             ASSERT_TRUE(std::regex_match(line, match, figure)) << line;
             names.push_back(match[1]);
         }
-        EXPECT_THAT(names, ElementsAre("blit-frame", "present-zoom1", "present-zoom2",
-                                       "render-tiles", "render-specials", "render-all",
-                                       "overview-draw", "overview-cell", "pack-level", "unpack", "bucket-fill"));
+        EXPECT_THAT(names,
+                    ElementsAre("blit-frame", "present-zoom1", "present-zoom2", "render-tiles",
+                                "render-specials", "render-all", "overview-draw", "overview-cell",
+                                "pack-level", "unpack", "bucket-fill", "tmx-export", "tmx-import",
+                                "tmj-export", "tmj-import"));
     }
 }
 
