@@ -3,6 +3,7 @@
 #include "graphics/pngFile.h"
 #include "io/FileError.h"
 #include "io/atomicWrite.h"
+#include "io/findFile.h"
 #include "io/packedFile.h"
 #include "maps/mapFiles.h"
 #include "maps/tileSetPictures.h"
@@ -57,7 +58,8 @@ std::string textOf(const fs::path& path) {
 }
 
 TiledTileSet loadTileSet(const fs::path& mapFolder, const std::string& source) {
-    const fs::path path = mapFolder / source;
+    // Maps made on a system that ignores case may name the file otherwise.
+    const fs::path path = findFile(mapFolder, source);
     const std::string text = textOf(path);
     try {
         return isJsonName(path) ? readTsj(text) : readTsx(text);

@@ -97,6 +97,12 @@ TEST_F(TiledMapRefusal, MissingPropertiesAreNamedOrTakenFromABase) {
     base.level.setRemX(99);
     const TiledImport imported = importTiledMap(bare, &base);
     EXPECT_EQ(savedForm(imported.file), savedForm(original_));
+    const auto out = folder_ / "based";
+    EXPECT_EQ(runTool("tmx import " + shellQuoted(bare) + " " + shellQuoted(out) + " --base " +
+                      shellQuoted(sampleData / "L1MA1"))
+                  .exitCode,
+              0);
+    EXPECT_EQ(readWholeFile(out), readWholeFile(sampleData / "L1MA1"));
     // A property's bad value is named too.
     const auto odd = changedMap([](TiledMap& map) {
         for (auto& property : map.properties) {
