@@ -11,6 +11,7 @@
 #include "io/findFile.h"
 #include "native/handles.h"
 #include "native/marvek.h"
+#include "tool/benchTiledMap.h"
 #include "tool/benchTiming.h"
 #include "tool/benchWorld.h"
 #include "tool/commands.h"
@@ -238,6 +239,7 @@ void runAll(const BenchArguments& parsed) {
     benchOverview(world);
     benchPackAndUnpack(levelBytes(world));
     benchBucketFill();
+    benchTiledMaps(world);
 }
 
 class Bench : public ToolCommand {

@@ -11,6 +11,7 @@
 #include "ui/HistoryPanel.h"
 #include "ui/PictureBox.h"
 #include "ui/SelectTool.h"
+#include "ui/TiledMapCommands.h"
 #include "ui/ViewMenu.h"
 #include "ui/frmReplaceTile.h"
 #include "ui/windowPlacement.h"
@@ -121,6 +122,15 @@ void frmMain::buildMenus() {
             &QAction::triggered, this, [this] { fileSaveAs(); });
     connect(addCommand(*file, "itmFileExportBitmap", "&Export Bitmap..."), &QAction::triggered,
             this, [this] { fileExportBitmap(); });
+    tiledMaps_ = std::make_unique<TiledMapCommands>(*this, shared_);
+    QMenu* exports = file->addMenu("Expor&t");
+    exports->setObjectName("mnuFileExport");
+    connect(addCommand(*exports, "itmFileExportTiledMap", "&Tiled Map..."), &QAction::triggered,
+            this, [this] { tiledMaps_->exportMap(); });
+    QMenu* imports = file->addMenu("&Import");
+    imports->setObjectName("mnuFileImport");
+    connect(addCommand(*imports, "itmFileImportTiledMap", "&Tiled Map..."), &QAction::triggered,
+            this, [this] { tiledMaps_->importMap(); });
     file->addSeparator();
     connect(addCommand(*file, "itmFileExit", "E&xit", QKeySequence("Ctrl+Q")), &QAction::triggered,
             this, [this] {

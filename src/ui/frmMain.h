@@ -62,6 +62,7 @@ class RecentLevelsMenu;
 class Autosave;
 class LevelLock;
 class SingleShotTimer;
+class TiledMapCommands;
 
 // The dialogs the main window opens; they live as long as it does.
 struct MainDialogs {
@@ -78,6 +79,8 @@ struct MainDialogs {
 // mode tabs and the menus. It owns the open level and the editing state.
 class frmMain : public QMainWindow {
     Q_OBJECT
+    // Tiled maps in and out replace the open level's palette and cells.
+    friend class TiledMapCommands;
 
 public:
     // Editing modes, the tabs' order.
@@ -370,6 +373,7 @@ private:
     std::unique_ptr<Autosave> autosave_;
     std::unique_ptr<LevelLock> levelLock_;
     RecoveryCopyHealth recoveryHealth_;
+    std::unique_ptr<TiledMapCommands> tiledMaps_;
 
     std::unique_ptr<OpenedLevel> opened_;
     UndoHistory history_;
