@@ -3,6 +3,7 @@
 #include "data/CellBlock.h"
 #include "data/TileGrid.h"
 #include "data/UndoHistory.h"
+#include "data/cellRange.h"
 #include "data/clsRenderOptions.h"
 #include "data/editorBenchmark.h"
 #include "graphics/clsBackBuffer.h"
@@ -332,6 +333,8 @@ private:
     frmGoToCell* goToCell_ = nullptr;
     QLabel* lblViewRange_ = nullptr;
     QTimer* highlightTimer_ = nullptr;
+    // The cells the panels last showed.
+    CellWatch panelWatch_;
 
     RecentLevelsMenu* mnuFileRecent_ = nullptr;
     std::unique_ptr<Autosave> autosave_;
