@@ -165,6 +165,22 @@ TEST(ChangedCells, AgreeWithACellByCellSearchAndCoverEveryChange) {
     }
 }
 
+TEST(ChangedCells, AWatchTellsEachChangeOnce) {
+    clsLevel level = columnLevel(10, 6, 3);
+    CellWatch watch;
+    watch.reset(level);
+    EXPECT_FALSE(watch.takeChanges(level).has_value());
+    level.cellAt(2, 1).tile = 7;
+    level.cellAt(5, 3).special = 1;
+    EXPECT_EQ(watch.takeChanges(level), (CellRange{2, 1, 5, 3}));
+    EXPECT_FALSE(watch.takeChanges(level).has_value()) << "taken already";
+    level.cellAt(9, 0).special = 4;
+    EXPECT_EQ(watch.takeChanges(level), (CellRange{9, 0, 9, 0}));
+    clsLevel wider = columnLevel(12, 6, 3);
+    EXPECT_EQ(watch.takeChanges(wider), (CellRange{0, 0, 11, 5})) << "another size: all";
+    EXPECT_FALSE(watch.takeChanges(wider).has_value());
+}
+
 clsCamera cameraOver(std::int32_t levelWidth, std::int32_t levelHeight) {
     clsCamera camera;
     camera.viewWidth = 100;
