@@ -10,8 +10,8 @@
 namespace marvek {
 namespace {
 
-// Past this many separate stretches of rows, one reset costs the view less
-// than a signal for each.
+// Past this many rows in and out, one reset costs the view less than a
+// signal for each stretch of them.
 constexpr std::size_t mostRowRuns = 64;
 
 bool cellOrder(const PlacedSpecial& a, const PlacedSpecial& b) {
@@ -98,30 +98,53 @@ void SpecialsTableModel::rebuildShown() {
         shown_, [this](const PlacedSpecial& a, const PlacedSpecial& b) { return before(a, b); });
 }
 
-std::int64_t SpecialsTableModel::sortKey(const PlacedSpecial& special) const {
+std::uint64_t SpecialsTableModel::rowKey(const PlacedSpecial& special) const {
+    // Bits enough for any level: a million cells, so a million of one kind.
+    constexpr std::uint64_t cellBits = 20;
+    constexpr std::uint64_t largest = (std::uint64_t{1} << (cellBits + 1)) - 1;
+    std::uint64_t primary = 0;
     switch (sortColumn_) {
     case idColumn:
-        return special.id;
+        primary = special.id;
+        break;
     case nameColumn:
-        return nameRank_[special.id];
+        primary = std::uint64_t(nameRank_[special.id]);
+        break;
     case tagColumn:
-        return tagRank_[special.id];
+        primary = std::uint64_t(tagRank_[special.id]);
+        break;
     case countColumn:
-        return counts_[special.id];
+        primary = std::uint64_t(counts_[special.id]);
+        break;
     default:
-        return 0;
+        break;
     }
+    std::uint64_t cell = (std::uint64_t(special.y) << cellBits) | std::uint64_t(special.x);
+    const bool descending = sortOrder_ == Qt::DescendingOrder;
+    if (descending) {
+        primary = largest - primary;
+        // Cells break ties in their own order, unless they are the column.
+        if (sortColumn_ == cellColumn) {
+            cell = ~cell & ((std::uint64_t{1} << (2 * cellBits)) - 1);
+        }
+    }
+    return (primary << (2 * cellBits)) | cell;
 }
 
 bool SpecialsTableModel::before(const PlacedSpecial& a, const PlacedSpecial& b) const {
-    const std::int64_t keyA = sortKey(a);
-    const std::int64_t keyB = sortKey(b);
-    const bool descending = sortOrder_ == Qt::DescendingOrder;
-    if (keyA != keyB) {
-        return descending ? keyA > keyB : keyA < keyB;
+    return rowKey(a) < rowKey(b);
+}
+
+void SpecialsTableModel::sortRows(std::vector<PlacedSpecial>& rows) const {
+    std::vector<std::pair<std::uint64_t, PlacedSpecial>> keyed;
+    keyed.reserve(rows.size());
+    for (const PlacedSpecial& special : rows) {
+        keyed.emplace_back(rowKey(special), special);
     }
-    // Cells break ties, so every row has one place.
-    return descending && sortColumn_ == cellColumn ? cellOrder(b, a) : cellOrder(a, b);
+    std::ranges::sort(keyed, {}, &std::pair<std::uint64_t, PlacedSpecial>::first);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        rows[i] = keyed[i].second;
+    }
 }
 
 void SpecialsTableModel::sort(int column, Qt::SortOrder order) {
@@ -174,7 +197,7 @@ void SpecialsTableModel::cellsChanged(const clsLevel& level, const CellRange& ra
     }
     std::erase_if(gone, [this](const PlacedSpecial& special) { return !shows(special); });
     std::erase_if(come, [this](const PlacedSpecial& special) { return !shows(special); });
-    moveRows(gone, come);
+    moveRows(gone, std::move(come), onLevel);
     countsChanged();
 }
 
@@ -209,7 +232,29 @@ SpecialsTableModel::replaceRange(const clsLevel& level, const CellRange& range) 
 }
 
 void SpecialsTableModel::moveRows(const std::vector<PlacedSpecial>& gone,
-                                  const std::vector<PlacedSpecial>& come) {
+                                  std::vector<PlacedSpecial> come, const CellRange& range) {
+    sortRows(come);
+    if (gone.size() + come.size() > mostRowRuns) {
+        beginResetModel();
+        // One pass over the rows: those that stay, merged with the new ones.
+        std::vector<PlacedSpecial> merged;
+        merged.reserve(shown_.size() + come.size());
+        auto next = come.begin();
+        for (const PlacedSpecial& row : shown_) {
+            if (inRange(row, range)) {
+                continue;
+            }
+            const std::uint64_t key = rowKey(row);
+            for (; next != come.end() && rowKey(*next) < key; ++next) {
+                merged.push_back(*next);
+            }
+            merged.push_back(row);
+        }
+        merged.insert(merged.end(), next, come.end());
+        shown_ = std::move(merged);
+        endResetModel();
+        return;
+    }
     const auto order = [this](const PlacedSpecial& a, const PlacedSpecial& b) {
         return before(a, b);
     };
@@ -219,27 +264,13 @@ void SpecialsTableModel::moveRows(const std::vector<PlacedSpecial>& gone,
             int(std::ranges::lower_bound(shown_, special, order) - shown_.begin()));
     }
     std::ranges::sort(gonePositions);
-    std::vector<PlacedSpecial> sortedCome = come;
-    std::ranges::sort(sortedCome, order);
     const auto goneRuns = consecutiveRuns(gonePositions);
-    if (goneRuns.size() + sortedCome.size() > mostRowRuns) {
-        beginResetModel();
-        for (auto run = goneRuns.rbegin(); run != goneRuns.rend(); ++run) {
-            shown_.erase(shown_.begin() + run->first, shown_.begin() + run->first + run->second);
-        }
-        std::vector<PlacedSpecial> merged;
-        merged.reserve(shown_.size() + sortedCome.size());
-        std::ranges::merge(shown_, sortedCome, std::back_inserter(merged), order);
-        shown_ = std::move(merged);
-        endResetModel();
-        return;
-    }
     for (auto run = goneRuns.rbegin(); run != goneRuns.rend(); ++run) {
         beginRemoveRows({}, run->first, run->first + run->second - 1);
         shown_.erase(shown_.begin() + run->first, shown_.begin() + run->first + run->second);
         endRemoveRows();
     }
-    for (const PlacedSpecial& special : sortedCome) {
+    for (const PlacedSpecial& special : come) {
         const int row = int(std::ranges::lower_bound(shown_, special, order) - shown_.begin());
         beginInsertRows({}, row, row);
         shown_.insert(shown_.begin() + row, special);

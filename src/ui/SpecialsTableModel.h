@@ -58,7 +58,8 @@ private:
 
     // Row order: the sort column's key, then the cell.
     bool before(const PlacedSpecial& a, const PlacedSpecial& b) const;
-    std::int64_t sortKey(const PlacedSpecial& special) const;
+    std::uint64_t rowKey(const PlacedSpecial& special) const;
+    void sortRows(std::vector<PlacedSpecial>& rows) const;
     bool shows(const PlacedSpecial& special) const { return passes_[special.id]; }
     void rank();
     void rebuildShown();
@@ -66,9 +67,10 @@ private:
     // went and what came are returned in cell order.
     std::pair<std::vector<PlacedSpecial>, std::vector<PlacedSpecial>>
     replaceRange(const clsLevel& level, const CellRange& range);
-    // Rows out and in, as few signals as it takes, or one reset when they
-    // are scattered.
-    void moveRows(const std::vector<PlacedSpecial>& gone, const std::vector<PlacedSpecial>& come);
+    // The range's rows out and in: a signal for each stretch of rows, or
+    // one reset when there are many.
+    void moveRows(const std::vector<PlacedSpecial>& gone, std::vector<PlacedSpecial> come,
+                  const CellRange& range);
     void countsChanged();
 
     std::vector<PlacedSpecial> all_;   // by cell, row by row
