@@ -137,7 +137,8 @@ public:
 
     // The native store keeps whole-grid snapshots of one grid at a time:
     // whoever makes another level the edited one empties it first
-    // (UndoHistory::clear). Adding one empties the redo side.
+    // (undoInit). Adding one empties the redo side. The editor keeps each
+    // level's steps in its own UndoHistory instead.
     void addUndo() const;
     // Each swaps the newest snapshot of its side with the grid; false, grid
     // unchanged, when that side is empty. modified is left as it is.

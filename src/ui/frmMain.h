@@ -4,6 +4,7 @@
 #include "data/CellBlock.h"
 #include "data/TileGrid.h"
 #include "data/UndoHistory.h"
+#include "data/cellRange.h"
 #include "data/clsRenderOptions.h"
 #include "data/editorBenchmark.h"
 #include "data/specialChanges.h"
@@ -368,6 +369,8 @@ private:
     frmGoToCell* goToCell_ = nullptr;
     QLabel* lblViewRange_ = nullptr;
     QTimer* highlightTimer_ = nullptr;
+    // The cells the panels last showed.
+    CellWatch panelWatch_;
 
     RecentLevelsMenu* mnuFileRecent_ = nullptr;
     std::unique_ptr<Autosave> autosave_;

@@ -288,7 +288,7 @@ void frmMain::updateCommands() {
     itmEditRedo_->setText(stepCaption("&Redo", redo));
     itmEditRedo_->setEnabled(!redo.empty());
     if (historyPanel_ != nullptr) {
-        historyPanel_->refresh(history_);
+        historyPanel_->historyChanged(history_);
     }
     updateSelectionCommands();
 }

@@ -7,8 +7,10 @@
 #include "app/settings.h"
 #include "data/openLevel.h"
 #include "data/tilePalette.h"
+#include "ui/OverviewPanel.h"
 #include "ui/PictureBox.h"
 #include "ui/SelectTool.h"
+#include "ui/SpecialsListPanel.h"
 #include "ui/frmOpenLevel.h"
 #include "ui/frmStatus.h"
 
@@ -110,6 +112,9 @@ bool frmMain::openWithConfig(const std::filesystem::path& levelFile, const QStri
                 dialogs_.status.setStatus(QString::fromUtf8(text.data(), qsizetype(text.size())));
             }));
         opened_ = std::move(opened);
+        // The panels held the former level until they are shown this one.
+        overview_->forgetLevel();
+        specialsList_->forgetLevel();
     } catch (const std::exception& error) {
         if (failure != nullptr) {
             *failure = QString::fromStdString(error.what());

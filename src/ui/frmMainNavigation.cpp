@@ -324,7 +324,8 @@ void frmMain::showLevelInPanels() {
         return;
     }
     overview_->showLevel(*opened_);
-    specialsList_->forgetLevel();
+    specialsList_->showLevel(opened_->level, opened_->specialSet);
+    panelWatch_.reset(opened_->level);
     highlightedCell_.reset();
     picLevel_->setFocus();
 }
@@ -354,9 +355,11 @@ void frmMain::refreshNavigation() {
     const CellRange shown =
         visibleCells(levelCamera_, level.tileSpacing, level.width, level.height);
     overview_->setView(shown);
-    overview_->levelChanged(level);
-    if (!specialsDock_->isHidden()) {
-        specialsList_->showLevel(level, opened_->specialSet);
+    // Edits do not yet say which cells they changed, so it is worked out
+    // here once for both panels.
+    if (const auto changed = panelWatch_.takeChanges(level)) {
+        overview_->cellsChanged(*changed);
+        specialsList_->cellsChanged(*changed);
     }
     // The view may have moved under a still pointer, or the cell changed.
     showCellStatus();
