@@ -1,6 +1,8 @@
 // marvek-bench-view: what redrawing the editor's level view costs, against
 // copying the shown frame's bytes. Printed as NAME: OURS REF RATIO
 // (microseconds; ratio = ours / reference), as marvek-tool bench prints.
+#include "fillBench.h"
+
 #include "data/openLevel.h"
 #include "graphics/clsFont.h"
 #include "tool/benchTiming.h"
@@ -80,8 +82,12 @@ int main(int argc, char** argv) {
         const double reference = marvek::frameCopyMicros();
         marvek::printFigure("view-redraw-zoom1", marvek::redrawMicros(world, font, box, 1),
                             reference);
-        marvek::printFigure("view-redraw-zoom2", marvek::redrawMicros(world, font, box, 2),
-                            reference);
+        const double redraw = marvek::redrawMicros(world, font, box, 2);
+        marvek::printFigure("view-redraw-zoom2", redraw, reference);
+        // Against one redraw of the view, not against a frame's bytes.
+        marvek::printFigure("sky-fill-all-panels",
+                            marvek::skyFillMicros(request.applicationFolder, request.dataFolder),
+                            redraw);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "marvek-bench-view: %s\n", error.what());
         return 1;

@@ -49,4 +49,20 @@ void Autosave::timedOut() {
     }
 }
 
+RecoveryCopyHealth::Change RecoveryCopyHealth::failed() noexcept {
+    if (failing_) {
+        return Change::none;
+    }
+    failing_ = true;
+    return Change::nowFailing;
+}
+
+RecoveryCopyHealth::Change RecoveryCopyHealth::written() noexcept {
+    if (!failing_) {
+        return Change::none;
+    }
+    failing_ = false;
+    return Change::workingAgain;
+}
+
 } // namespace marvek

@@ -69,4 +69,19 @@ private:
     Actions actions_;
 };
 
+// Whether the recovery copy is being written, told to the user only when
+// that changes: one box when writing starts to fail (a full disk, a folder
+// made read-only or gone), one when it works again, none for each retry.
+class RecoveryCopyHealth {
+public:
+    enum class Change { none, nowFailing, workingAgain };
+
+    Change failed() noexcept;
+    Change written() noexcept;
+    bool failing() const noexcept { return failing_; }
+
+private:
+    bool failing_ = false;
+};
+
 } // namespace marvek

@@ -19,6 +19,8 @@ inline const std::string moveSensitivity = "moveSensitivity";
 inline const std::string alphaBlending = "alphaBlending";
 inline const std::string undoLevels = "undoLevels";
 inline const std::string autoPlaceSpecials = "autoPlaceSpecials";
+// Specials drawn faintly over the tiles in Tiles mode; on unless 0.
+inline const std::string specialsInTilesMode = "specialsInTilesMode";
 // The editor's open panels, by name, separated by commas.
 inline const std::string openPanels = "openPanels";
 // How the graphics browser last showed each file (see browserLayouts.h).

@@ -123,6 +123,31 @@ void stampCells(clsLevel& level, const CellBlock& block, std::int32_t column, st
     level.modified = true;
 }
 
+void clearSpecials(clsLevel& level, const clsRectangle& area) {
+    forEachCell(clampToMap(level, &area),
+                [&](std::int32_t x, std::int32_t y) { level.cellAt(x, y).special = 0; });
+    level.modified = true;
+}
+
+void stampSpecials(clsLevel& level, const CellBlock& block, std::int32_t column, std::int32_t row) {
+    for (std::int32_t dy = 0; dy < block.height(); ++dy) {
+        for (std::int32_t dx = 0; dx < block.width(); ++dx) {
+            const std::int64_t x = std::int64_t{column} + dx;
+            const std::int64_t y = std::int64_t{row} + dy;
+            const std::uint8_t special = block.at(dx, dy).special;
+            if (special != 0 && x >= 0 && y >= 0 && x < level.width && y < level.height) {
+                level.cellAt(static_cast<std::int32_t>(x), static_cast<std::int32_t>(y)).special =
+                    special;
+            }
+        }
+    }
+    level.modified = true;
+}
+
+bool holdsSpecials(const CellBlock& block) {
+    return std::ranges::any_of(block.cells(), [](const Cell& cell) { return cell.special != 0; });
+}
+
 void stampTiles(clsLevel& level, const TileGrid& brush, std::int32_t column, std::int32_t row,
                 bool autoPlaceSpecials) {
     for (std::int32_t dy = 0; dy < brush.height(); ++dy) {

@@ -45,6 +45,13 @@ private:
 CellBlock copyCells(const clsLevel& level, const clsRectangle& area);
 // Tile 0 and special 0 in every cell of the rectangle inside the map.
 void clearCells(clsLevel& level, const clsRectangle& area);
+// Special 0 in every cell of the rectangle inside the map; tiles stay.
+void clearSpecials(clsLevel& level, const clsRectangle& area);
+// The block's specials with its top-left at (column, row): each cell the
+// block gives a special takes it, every other cell and every tile stays.
+void stampSpecials(clsLevel& level, const CellBlock& block, std::int32_t column, std::int32_t row);
+// True when some cell of the block has a special.
+bool holdsSpecials(const CellBlock& block);
 // The block with its top-left at (column, row), tiles and specials as they
 // are; cells outside the map are skipped.
 void stampCells(clsLevel& level, const CellBlock& block, std::int32_t column, std::int32_t row);

@@ -24,7 +24,9 @@ public:
 
     // (x, y) is the top-left of the special's cell on the surface.
     void draw(const clsSpecial& special, std::int64_t x, std::int64_t y, SpecialMarks marks) const;
-    // The ID in light red, for a cell whose special the set does not define.
+    // The ID in light red on a dark patch inside the cell, for a cell whose
+    // special the set does not define; digits that do not fit the cell's
+    // width go on further lines.
     void drawUndefined(std::int32_t id, std::int64_t x, std::int64_t y) const;
 
 private:

@@ -74,9 +74,13 @@ public:
     // holds what its length says. Throws std::length_error for a map of more
     // than maximumCells cells.
     void writeTo(clsBitStream& stream, const clsPalette& palette) const;
+    // Why the level cannot go into a level file (its cell count is not the
+    // one the format's fixed length holds); empty when it can.
+    std::string whyNotSavable() const;
     // Packs the chunks into fileName; name is not used (the caller sets
     // fileName first). Throws FileError naming the file when it cannot be
-    // written; the old file is then unchanged and modified stays as it was.
+    // written, and std::length_error with whyNotSavable before writing
+    // anything; the old file is then unchanged and modified stays as it was.
     void saveToFile(const std::string& name, const clsPalette& palette);
 
     // Cells row by row from the top; contiguous, for the undo store.
@@ -133,7 +137,8 @@ public:
 
     // The native store keeps whole-grid snapshots of one grid at a time:
     // whoever makes another level the edited one empties it first
-    // (UndoHistory::clear). Adding one empties the redo side.
+    // (undoInit). Adding one empties the redo side. The editor keeps each
+    // level's steps in its own UndoHistory instead.
     void addUndo() const;
     // Each swaps the newest snapshot of its side with the grid; false, grid
     // unchanged, when that side is empty. modified is left as it is.

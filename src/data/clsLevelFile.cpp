@@ -9,14 +9,17 @@
 #include <algorithm>
 #include <array>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 
 namespace marvek {
 namespace {
 
 // Deliberately the length of a standard 300 x 84 level, whatever the size:
-// a level of any other size is saved but then refused when loaded.
+// a level of any other cell count would be refused when loaded, so it is
+// never saved.
 constexpr std::int32_t standardFileLength = 53588;
+constexpr std::int64_t standardCellCount = 300 * 84;
 constexpr std::string_view iffText = "SDIFF:L1BM-IFF";
 constexpr std::int32_t textBlockSize = 64;
 constexpr std::int32_t paletteBlockSize = 64;
@@ -299,7 +302,21 @@ void clsLevel::writeTo(clsBitStream& stream, const clsPalette& palette) const {
                      [this](std::size_t i) { return i < cells_.size() ? cells_[i] : Cell{}; });
 }
 
+std::string clsLevel::whyNotSavable() const {
+    const std::int64_t count = std::int64_t{width} * height;
+    if (count == standardCellCount) {
+        return {};
+    }
+    return "The level has " + std::to_string(width) + " x " + std::to_string(height) + " = " +
+           std::to_string(count) +
+           " cells, but a level file holds exactly 25,200 cells (300 x 84): saved, it "
+           "could not be opened again.";
+}
+
 void clsLevel::saveToFile(const std::string& /*name*/, const clsPalette& palette) {
+    if (const std::string reason = whyNotSavable(); !reason.empty()) {
+        throw std::length_error(reason);
+    }
     clsBitStream stream;
     stream.Create();
     stream.autoExpand = true;

@@ -15,6 +15,7 @@
 #include <array>
 #include <cmath>
 #include <utility>
+#include <vector>
 
 namespace marvek {
 namespace {
@@ -151,6 +152,19 @@ void drawSpecials(const clsLevel& level, const ViewCells& view, CellSpan columns
     }
 }
 
+// Each pixel halfway between what was under the specials and what they drew.
+void blendHalfway(std::int32_t surface, const std::vector<std::uint32_t>& under) {
+    std::uint32_t* drawn = surfaceGetDataPtr(surface);
+    if (drawn == nullptr) {
+        return;
+    }
+    // Per byte: the mean without carrying into the next byte.
+    std::transform(under.begin(), under.end(), drawn, drawn,
+                   [](std::uint32_t below, std::uint32_t over) {
+                       return (below & over) + (((below ^ over) & 0xFEFEFEFEu) >> 1);
+                   });
+}
+
 SpecialTable definedSpecials(const clsSpecialSet& specialSet) {
     SpecialTable table{};
     for (std::int32_t id = 1; id <= clsSpecial::maximumId; ++id) {
@@ -197,6 +211,8 @@ void clsLevel::renderTo(clsBackBuffer& backBuffer, const clsCamera& camera,
         drawTiles(*this, view, tileSet, backBuffer.surface());
     }
     if ((flags & renderFlags::specials) != 0) {
+        const bool faint = (flags & renderFlags::faintSpecials) != 0;
+        const std::vector<std::uint32_t>* under = faint ? &backBuffer.keepPixels() : nullptr;
         const SpecialTable table = definedSpecials(specialSet);
         const SpecialPass pass{
             table,
@@ -205,6 +221,9 @@ void clsLevel::renderTo(clsBackBuffer& backBuffer, const clsCamera& camera,
         drawSpecials(*this, view, withSpecialMargin(view.cols, specialSet.maxWidth(), tileSpacing),
                      withSpecialMargin(view.rows, specialSet.maxHeight(), tileSpacing),
                      SpecialPainter(backBuffer.surface(), tileSpacing, options), pass);
+        if (under != nullptr) {
+            blendHalfway(backBuffer.surface(), *under);
+        }
     }
 }
 

@@ -22,6 +22,9 @@ inline constexpr std::int32_t outlines = 8;
 // The number of a cell's special when the set has no definition for it.
 inline constexpr std::int32_t undefinedIds = 16;
 inline constexpr std::int32_t clear = 32;
+// With specials: they are drawn at half strength, so the tiles show through
+// (Tiles mode, where they are not edited but must not go unseen).
+inline constexpr std::int32_t faintSpecials = 64;
 inline constexpr std::int32_t all = tiles | specials | oversizeMarks | outlines;
 } // namespace renderFlags
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 
 namespace marvek {
 namespace {
@@ -196,43 +197,6 @@ void clsLevelOverview::drawDot(std::uint32_t colour, std::int32_t x, std::int32_
     for (std::int32_t row = 0; row < size; ++row) {
         std::fill_n(corner + std::size_t(row) * width_, size, colour);
     }
-}
-
-std::optional<CellRange> changedCells(std::span<const Cell> before, const clsLevel& after) {
-    const std::span<const Cell> now = after.cells();
-    const std::int32_t width = std::max(after.width, 1);
-    if (before.size() != now.size() || now.size() % std::size_t(width) != 0) {
-        return CellRange{0, 0, after.width - 1, after.height - 1};
-    }
-    const auto same = [](const Cell& a, const Cell& b) {
-        return a.tile == b.tile && a.special == b.special;
-    };
-    const auto first = std::mismatch(before.begin(), before.end(), now.begin(), same);
-    if (first.first == before.end()) {
-        return std::nullopt;
-    }
-    const auto last = std::mismatch(before.rbegin(), before.rend(), now.rbegin(), same);
-    const auto firstIndex = std::size_t(first.first - before.begin());
-    const auto lastIndex = std::size_t(before.rend() - last.first) - 1;
-    const auto top = static_cast<std::int32_t>(firstIndex / std::size_t(width));
-    const auto bottom = static_cast<std::int32_t>(lastIndex / std::size_t(width));
-    if (top == bottom) {
-        return CellRange{static_cast<std::int32_t>(firstIndex % std::size_t(width)), top,
-                         static_cast<std::int32_t>(lastIndex % std::size_t(width)), bottom};
-    }
-    // Rows apart: the columns that changed anywhere between them.
-    std::int32_t left = width - 1;
-    std::int32_t right = 0;
-    for (std::int32_t y = top; y <= bottom; ++y) {
-        const std::size_t rowStart = std::size_t(y) * std::size_t(width);
-        for (std::int32_t x = 0; x < width; ++x) {
-            if (!same(before[rowStart + std::size_t(x)], now[rowStart + std::size_t(x)])) {
-                left = std::min(left, x);
-                right = std::max(right, x);
-            }
-        }
-    }
-    return CellRange{left, top, right, bottom};
 }
 
 } // namespace marvek

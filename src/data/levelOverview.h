@@ -1,10 +1,10 @@
 #pragma once
 
+#include "data/cellRange.h"
 #include "data/clsLevel.h"
 
 #include <array>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -12,16 +12,6 @@ namespace marvek {
 
 class clsSpecialSet;
 class clsTileSet;
-
-// Cells from (left, top) to (right, bottom), both corners included.
-struct CellRange {
-    std::int32_t left = 0;
-    std::int32_t top = 0;
-    std::int32_t right = 0;
-    std::int32_t bottom = 0;
-
-    bool operator==(const CellRange&) const = default;
-};
 
 // The colours an overview is drawn in: one per tile (its average) and one
 // per special ID (its own colour, else its picture's average; light red for
@@ -65,10 +55,5 @@ private:
     std::int32_t levelHeight_ = 0;
     std::vector<std::uint32_t> pixels_;
 };
-
-// The smallest range holding every cell that differs between before and the
-// level's cells; nothing when they are equal. A grid of another size counts
-// as wholly changed.
-std::optional<CellRange> changedCells(std::span<const Cell> before, const clsLevel& after);
 
 } // namespace marvek

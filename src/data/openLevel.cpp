@@ -186,6 +186,7 @@ OpenedLevel openLevel(const OpenLevelRequest& request, const OpenLevelProgress& 
         configurationPath(request.applicationFolder, request.configuration);
     const LevelConfiguration configuration = readConfiguration(configurationFile);
     OpenedLevel opened;
+    opened.configuration = request.configuration;
     report(progress, "Loading level...");
     loadLevel(opened, request.applicationFolder,
               levelFilePath(request.dataFolder, request.levelFile));

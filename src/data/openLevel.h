@@ -27,6 +27,8 @@ struct OpenedLevel {
     clsSpecialSet specialSet;
     std::filesystem::path tileFile;
     std::filesystem::path spriteFile;
+    // The level configuration's name, as the request gave it.
+    std::string configuration;
     // What the readers repaired in the files, each "FILE: what", in the
     // order the files were read.
     std::vector<std::string> repairs;

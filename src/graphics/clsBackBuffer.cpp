@@ -101,4 +101,15 @@ void clsBackBuffer::presentScaled(clsPresentTarget& target) {
     target.present(pixels_.data(), bitmapWidth_, bitmapHeight_);
 }
 
+const std::vector<std::uint32_t>& clsBackBuffer::keepPixels() {
+    const std::uint32_t* pixels = surfaceGetDataPtr(surface_.get());
+    if (pixels == nullptr) {
+        kept_.clear();
+        return kept_;
+    }
+    kept_.assign(pixels,
+                 pixels + static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_));
+    return kept_;
+}
+
 } // namespace marvek

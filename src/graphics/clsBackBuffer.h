@@ -43,6 +43,10 @@ public:
     std::int32_t zoom() const noexcept { return zoom_; }
     std::int32_t bitmapWidth() const noexcept { return bitmapWidth_; }
     std::int32_t bitmapHeight() const noexcept { return bitmapHeight_; }
+    // The surface's pixels as they are now, copied into memory the buffer
+    // keeps from frame to frame (a drawing that blends with what was under
+    // it allocates nothing after the first frame).
+    const std::vector<std::uint32_t>& keepPixels();
 
 private:
     void release() noexcept;
@@ -55,6 +59,7 @@ private:
     std::int32_t bitmapWidth_ = 0;
     std::int32_t bitmapHeight_ = 0;
     std::vector<std::uint32_t> pixels_;
+    std::vector<std::uint32_t> kept_;
 };
 
 } // namespace marvek

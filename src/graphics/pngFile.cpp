@@ -97,7 +97,9 @@ bool writeImage(png_structp png, png_infop info, const PngLayout& layout, png_by
         // Surface pixels are bytes blue, green, red and a transparency byte
         // that the opaque picture leaves out.
         png_set_bgr(png);
-        png_set_filler(png, 0, PNG_FILLER_AFTER);
+        if (layout.colourType == PNG_COLOR_TYPE_RGB) {
+            png_set_filler(png, 0, PNG_FILLER_AFTER);
+        }
     }
     png_write_image(png, rows);
     png_write_end(png, info);
@@ -154,6 +156,20 @@ std::vector<std::uint8_t> encodePng(std::span<const std::uint32_t> pixels, std::
     auto rows = rowsOf(pixels, width, height);
     return encode({static_cast<png_uint_32>(width), static_cast<png_uint_32>(height),
                    PNG_COLOR_TYPE_RGB, nullptr},
+                  rows);
+}
+
+std::vector<std::uint8_t> encodeTranslucentPng(std::span<const std::uint32_t> pixels,
+                                               std::int32_t width, std::int32_t height) {
+    checkSize(pixels.size(), width, height);
+    // A PNG counts opacity where a surface counts transparency.
+    std::vector<std::uint32_t> opacity(pixels.begin(), pixels.end());
+    for (std::uint32_t& pixel : opacity) {
+        pixel ^= 0xFF000000u;
+    }
+    auto rows = rowsOf(std::span<const std::uint32_t>(opacity), width, height);
+    return encode({static_cast<png_uint_32>(width), static_cast<png_uint_32>(height),
+                   PNG_COLOR_TYPE_RGB_ALPHA, nullptr},
                   rows);
 }
 

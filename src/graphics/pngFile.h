@@ -17,6 +17,11 @@ class clsSurface;
 std::vector<std::uint8_t> encodePng(std::span<const std::uint32_t> pixels, std::int32_t width,
                                     std::int32_t height);
 
+// A 32-bit PNG with an alpha channel of surface pixels, whose fourth byte
+// (transparency) becomes the PNG's opacity. Throws as encodePng does.
+std::vector<std::uint8_t> encodeTranslucentPng(std::span<const std::uint32_t> pixels,
+                                               std::int32_t width, std::int32_t height);
+
 // An 8-bit indexed PNG whose colour table is the palette (black past its
 // end). Throws std::invalid_argument as encodePng does.
 std::vector<std::uint8_t> encodeIndexedPng(std::span<const std::uint8_t> indices,

@@ -149,12 +149,13 @@ bool implodeToFile(const clsDataBuffer& buffer, const std::filesystem::path& pat
     return true;
 }
 
-void implodeBytesToFile(std::span<const std::uint8_t> data, const std::filesystem::path& path,
-                        std::int32_t mode) {
+namespace {
+
+void packToFile(std::span<const std::uint8_t> data, const std::filesystem::path& path,
+                std::int32_t mode, const Magic& magic) {
     if (data.empty()) {
         throw FileError(path, "there is no data to pack");
     }
-    const Magic magic = magicToKeep(path);
     LibraryMemory packed;
     const int32_t status =
         impImplode(data.data(), data.size(), mode, &packed.bytes, &packed.length);
@@ -165,6 +166,28 @@ void implodeBytesToFile(std::span<const std::uint8_t> data, const std::filesyste
     applyMagic(packed.span(), magic);
     verifyUnpacksTo(packed.span(), data, path);
     writeFileAtomically(path, packed.span());
+}
+
+} // namespace
+
+void implodeBytesToFile(std::span<const std::uint8_t> data, const std::filesystem::path& path,
+                        std::int32_t mode) {
+    packToFile(data, path, mode, magicToKeep(path));
+}
+
+std::string packedMagicOf(const std::filesystem::path& path) {
+    const Magic magic = magicToKeep(path);
+    return {magic.begin(), magic.end()};
+}
+
+void implodeToFileWithMagic(const clsDataBuffer& buffer, const std::filesystem::path& path,
+                            std::string_view magic) {
+    if (magic != "IMP!" && magic != "ATN!") {
+        throw FileError(path, "a packed file begins with IMP! or ATN!, not " + std::string(magic));
+    }
+    Magic chosen{};
+    std::copy(magic.begin(), magic.end(), chosen.begin());
+    packToFile(buffer.data(), path, IMP_MODE_BEST, chosen);
 }
 
 } // namespace marvek

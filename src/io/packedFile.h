@@ -10,6 +10,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace marvek {
 
@@ -39,6 +40,15 @@ clsBitStream getFileBits(const std::filesystem::path& path, std::string* unpackF
 // written. Returns true; on any failure throws FileError naming the file and
 // the file stays as it was.
 bool implodeToFile(const clsDataBuffer& buffer, const std::filesystem::path& path);
+
+// The magic saving over the file keeps: "ATN!" for a file packed so, else
+// "IMP!". Throws FileError when the file cannot be read.
+std::string packedMagicOf(const std::filesystem::path& path);
+
+// implodeToFile with the magic given ("IMP!" or "ATN!"), whatever the file
+// held before. Throws FileError.
+void implodeToFileWithMagic(const clsDataBuffer& buffer, const std::filesystem::path& path,
+                            std::string_view magic);
 
 // implodeToFile for any bytes (at least one) and a packing mode: 0..11 for a
 // classic mode, IMP_MODE_BEST for the smallest file. Throws FileError.

@@ -47,6 +47,18 @@ bool UndoStore::redo(void* cells) {
     return restore(redo_, undo_, cells);
 }
 
+bool UndoStore::undo(void* cells, std::size_t size) {
+    return fits(undo_, size) && restore(undo_, redo_, cells);
+}
+
+bool UndoStore::redo(void* cells, std::size_t size) {
+    return fits(redo_, size) && restore(redo_, undo_, cells);
+}
+
+bool UndoStore::fits(const History& from, std::size_t size) noexcept {
+    return !from.empty() && from.back().size() == size;
+}
+
 bool UndoStore::restore(History& from, History& to, void* cells) {
     if (cells == nullptr || from.empty()) {
         return false;

@@ -22,6 +22,10 @@ public:
     // cells held onto the other side. False when that side is empty.
     bool undo(void* cells);
     bool redo(void* cells);
+    // The same for a grid of size bytes; false, cells untouched, when the
+    // newest snapshot was taken of a grid of another size.
+    bool undo(void* cells, std::size_t size);
+    bool redo(void* cells, std::size_t size);
 
     std::size_t undoCount() const noexcept { return undo_.size(); }
     std::size_t redoCount() const noexcept { return redo_.size(); }
@@ -31,6 +35,7 @@ private:
     using History = std::deque<Snapshot>;
 
     bool restore(History& from, History& to, void* cells);
+    static bool fits(const History& from, std::size_t size) noexcept;
     void push(History& history, Snapshot snapshot);
 
     History undo_;

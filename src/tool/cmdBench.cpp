@@ -11,6 +11,7 @@
 #include "io/findFile.h"
 #include "native/handles.h"
 #include "native/marvek.h"
+#include "tool/benchTiledMap.h"
 #include "tool/benchTiming.h"
 #include "tool/benchWorld.h"
 #include "tool/commands.h"
@@ -106,7 +107,10 @@ void benchRender(const OpenedLevel& world, const clsRenderOptions& options) {
     camera.Move(0, camera.levelHeight);
     const double reference = medianMicros(FrameCopy(std::size_t{frameWidth} * frameHeight));
     const std::pair<const char*, std::int32_t> runs[] = {
-        {"render-tiles", 1}, {"render-specials", 14}, {"render-all", 15}};
+        {"render-tiles", 1},
+        {"render-specials", 14},
+        {"render-all", 15},
+        {"render-tiles-faint-specials", 1 | 2 | 64}};
     for (const auto& run : runs) {
         // A copy, not a structured binding: clang 14 cannot capture those.
         const std::int32_t flags = run.second;
@@ -235,6 +239,7 @@ void runAll(const BenchArguments& parsed) {
     benchOverview(world);
     benchPackAndUnpack(levelBytes(world));
     benchBucketFill();
+    benchTiledMaps(world);
 }
 
 class Bench : public ToolCommand {

@@ -13,9 +13,10 @@ std::unique_ptr<ToolCommand> makeExport();
 std::unique_ptr<ToolCommand> makeOverview();
 std::unique_ptr<ToolCommand> makeBench();
 std::unique_ptr<ToolCommand> makeGraphics();
+std::unique_ptr<ToolCommand> makeTmx();
 
 std::span<const Command> commands() {
-    static const std::array<Command, 9> table{{
+    static const std::array<Command, 10> table{{
         {"info", "info LEVEL", "Prints a level's size, chunks and the count of each special.",
          makeInfo},
         {"pack", "pack IN OUT [--mode 0-11]", "Packs a file.", makePack},
@@ -34,6 +35,10 @@ std::span<const Command> commands() {
          "graphics export|import IN OUT --width W --height H --planes P [--offset N] [--count N] "
          "[--across N] [--palette NAME|FILE] [--shift-colours] [--app DIR]",
          "Turns raw bitplane pictures into BMP or PNG pictures and back.", makeGraphics},
+        {"tmx",
+         "tmx export LEVEL OUT.tmx|.tmj --data DIR --config NAME [--format "
+         "csv|base64|zlib|gzip|zstd|xml] [--app DIR] | tmx import MAP OUT [--base LEVEL]",
+         "Writes a level as a Tiled map, or a Tiled map back as a level.", makeTmx},
     }};
     return table;
 }

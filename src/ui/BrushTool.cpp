@@ -2,10 +2,16 @@
 
 #include "data/clsLevel.h"
 #include "data/lineWalk.h"
+#include "graphics/clsRectangle.h"
 #include "specials/clsSpecial.h"
 #include "ui/EditingState.h"
 
 namespace marvek {
+namespace {
+
+constexpr std::uint32_t pastedSpecialsTint = 0xA0FFD040;
+
+} // namespace
 
 bool BrushTool::press(ToolContext& context) {
     lastCell_ = context.cell;
@@ -22,9 +28,9 @@ bool BrushTool::press(ToolContext& context) {
     if (context.shift != 0) {
         return false;
     }
-    context.edit("Place Special", range, [&](clsLevel& level) {
-        putDown(context, level, context.cell.x(), context.cell.y());
-    });
+    context.edit(
+        context.brush.specials != nullptr ? "Place Specials" : "Place Special", range,
+        [&](clsLevel& level) { putDown(context, level, context.cell.x(), context.cell.y()); });
     strokeMode_ = context.mode;
     return true;
 }
@@ -47,7 +53,10 @@ void BrushTool::drag(ToolContext& context) {
 CellRange BrushTool::footprint(const ToolContext& context, QPoint cell) {
     std::int32_t width = 1;
     std::int32_t height = 1;
-    if (context.mode == editingMode::tiles) {
+    if (context.mode != editingMode::tiles && context.brush.specials != nullptr) {
+        width = context.brush.specials->width();
+        height = context.brush.specials->height();
+    } else if (context.mode == editingMode::tiles) {
         width = context.brush.cells != nullptr ? context.brush.cells->width()
                                                : context.brush.tiles.width();
         height = context.brush.cells != nullptr ? context.brush.cells->height()
@@ -65,6 +74,8 @@ void BrushTool::putDown(const ToolContext& context, clsLevel& level, std::int32_
         } else {
             stampTiles(level, context.brush.tiles, x, y, context.autoPlaceSpecials);
         }
+    } else if (context.brush.specials != nullptr) {
+        stampSpecials(level, *context.brush.specials, x, y);
     } else if (context.selectedSpecial != nullptr && level.contains(x, y)) {
         level.setSpecial(x, y, static_cast<std::uint8_t>(context.selectedSpecial->Id));
     }
@@ -74,6 +85,15 @@ void BrushTool::preview(const ToolPreview& view) const {
     if (view.mode == editingMode::tiles) {
         view.level.renderSelectMap(view.backBuffer, view.camera, view.tileSet, view.brush.tiles,
                                    view.pixelX, view.pixelY);
+    } else if (view.brush.specials != nullptr) {
+        // Where the pasted specials will go.
+        clsRectangle area;
+        area.left = view.cell.x();
+        area.top = view.cell.y();
+        area.width = view.brush.specials->width() - 1;
+        area.height = view.brush.specials->height() - 1;
+        area.colour = static_cast<std::int32_t>(pastedSpecialsTint);
+        view.level.renderTileRect(view.backBuffer, view.camera, area, view.options.alphaBlending);
     } else if (view.selectedSpecial != nullptr) {
         view.level.renderSelectedSpecial(view.backBuffer, view.camera, *view.selectedSpecial,
                                          view.pixelX, view.pixelY, view.options);

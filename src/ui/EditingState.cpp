@@ -23,6 +23,7 @@ const clsSpecial* EditingState::special(const clsSpecialSet& set) const {
 void EditingState::resetFor(const clsSpecialSet& set) {
     brush = singleTile(1);
     brushCells.reset();
+    specialsBrush.reset();
     paletteSelection = clsRectangle();
     paletteSelectionVisible = true;
     specialId.reset();

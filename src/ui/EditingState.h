@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace marvek {
 
@@ -28,6 +29,8 @@ struct EditingState {
     TileGrid brush = singleTile(1);
     // The cells a brush made by Paste stamps, specials and all.
     std::optional<CellBlock> brushCells;
+    // Cells pasted in Specials mode: the brush puts down their specials.
+    std::optional<CellBlock> specialsBrush;
     // By ID: each level has its own set of specials.
     std::optional<std::int32_t> specialId;
     clsRectangle paletteSelection;
@@ -35,6 +38,8 @@ struct EditingState {
     bool paletteSelectionVisible = true;
     bool alphaBlending = true;
     bool autoPlaceSpecials = true;
+    // Specials drawn faint over the tiles in Tiles mode.
+    bool specialsInTilesMode = true;
     float moveSensitivity = 1.0F;
 
     static TileGrid singleTile(std::int32_t tile) {
@@ -44,6 +49,12 @@ struct EditingState {
     }
     // The chosen special in that set, or null when the set lacks it.
     const clsSpecial* special(const clsSpecialSet& set) const;
+    // A step of tiles whose specials auto-place chooses: its name says what
+    // it did to the specials already there.
+    bool autoPlacing(const std::string& step) const {
+        return mode == editingMode::tiles && autoPlaceSpecials && !brushCells &&
+               (step == "Paint" || step == "Fill" || step == "Bucket Fill");
+    }
     // The brush back to tile 1 and the first special of the set.
     void resetFor(const clsSpecialSet& set);
 };

@@ -28,6 +28,30 @@ HistoryPanel::HistoryPanel(QWidget* parent) : QWidget(parent) {
             [this](QListWidgetItem* item) { emit entryChosen(lstHistory_->row(item)); });
 }
 
+void HistoryPanel::historyChanged(const UndoHistory& history) {
+    history_ = &history;
+    pending_ = true;
+    catchUp();
+}
+
+void HistoryPanel::forgetHistory() {
+    history_ = nullptr;
+    pending_ = false;
+    lstHistory_->clear();
+}
+
+void HistoryPanel::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    catchUp();
+}
+
+void HistoryPanel::catchUp() {
+    if (pending_ && history_ != nullptr && isVisible()) {
+        pending_ = false;
+        refresh(*history_);
+    }
+}
+
 void HistoryPanel::refresh(const UndoHistory& history) {
     const QSignalBlocker quiet(lstHistory_);
     lstHistory_->clear();

@@ -1,9 +1,11 @@
 #include "ui/LevelDocument.h"
 
+#include "app/LevelLock.h"
 #include "app/autosave.h"
 #include "app/qtPaths.h"
 #include "data/levelRecovery.h"
 #include "data/openLevel.h"
+#include "data/specialChanges.h"
 
 #include <QFileSystemWatcher>
 
@@ -44,8 +46,16 @@ LevelDocument::~LevelDocument() = default;
 
 void LevelDocument::setAutosaveTimer(std::unique_ptr<SingleShotTimer> timer) {
     autosave_ = std::make_unique<Autosave>(
-        std::move(timer),
-        Autosave::Actions{[this] { return modified(); }, [this] { keepRecoveryCopy(); }});
+        std::move(timer), Autosave::Actions{[this] { return modified() && !isReadOnly(); },
+                                            [this] { keepRecoveryCopy(); }});
+}
+
+void LevelDocument::setLock(std::unique_ptr<LevelLock> lock) {
+    lock_ = std::move(lock);
+}
+
+bool LevelDocument::isReadOnly() const noexcept {
+    return lock_ && lock_->holder().has_value();
 }
 
 const clsLevel& LevelDocument::level() const noexcept {
@@ -57,21 +67,15 @@ fs::path LevelDocument::file() const {
 }
 
 bool LevelDocument::modified() const noexcept {
-    return !savedStep_ || *savedStep_ != history_.applied();
+    return offTheSteps_ || !history_.atSavedStep();
 }
 
 void LevelDocument::setUndoMaximum(std::int32_t maximum) {
-    const std::size_t before = history_.applied();
+    const bool wasModified = modified();
     history_.setMaximum(maximum);
-    const std::size_t dropped = before - history_.applied();
-    if (savedStep_) {
-        savedStep_ = *savedStep_ >= dropped ? std::optional(*savedStep_ - dropped) : std::nullopt;
-        if (savedStep_ && *savedStep_ > history_.steps().size()) {
-            savedStep_.reset();
-        }
-    }
     trimExtras();
     emit historyChanged();
+    settle(wasModified);
 }
 
 void LevelDocument::setPitch(std::int32_t pitch) {
@@ -84,27 +88,31 @@ CellRange LevelDocument::wholeLevel() const {
 }
 
 void LevelDocument::recordStep(const std::string& name, std::optional<clsPalette> replaced) {
-    const std::size_t before = history_.applied();
     history_.record(opened_->level, name);
-    if (savedStep_ && *savedStep_ > before) {
-        // The file's state lay ahead, on the redo side that this step drops.
-        savedStep_.reset();
-    } else if (savedStep_ && history_.applied() == before) {
-        // The oldest step gave way, and every later one moved down.
-        savedStep_ = *savedStep_ > 0 ? std::optional(*savedStep_ - 1) : std::nullopt;
-    }
     redoPalettes_.clear();
     undoPalettes_.push_back(std::move(replaced));
     trimExtras();
 }
 
 void LevelDocument::edit(const std::string& name, const CellRange& range,
-                         const std::function<void(clsLevel&)>& change) {
+                         const std::function<void(clsLevel&)>& change, bool nameBySpecials) {
     const bool wasModified = modified();
     recordStep(name, std::nullopt);
+    if (nameBySpecials) {
+        stepWatch_.emplace(opened_->level, name);
+    } else {
+        stepWatch_.reset();
+    }
     changeCells(name, range, change);
+    nameStepBySpecials();
     emit historyChanged();
     settle(wasModified);
+}
+
+void LevelDocument::nameStepBySpecials() {
+    if (stepWatch_) {
+        history_.renameNewest(stepWatch_->stepName(opened_->level));
+    }
 }
 
 void LevelDocument::continueEdit(const CellRange& range,
@@ -112,8 +120,12 @@ void LevelDocument::continueEdit(const CellRange& range,
     const bool wasModified = modified();
     changeCells(history_.nextUndo(), range, change);
     // The cells moved on from the step's state, whatever the step count says.
-    if (!modified()) {
-        savedStep_.reset();
+    offTheSteps_ = offTheSteps_ || !wasModified;
+    // The stroke's name follows what it has done to specials so far.
+    const std::string before = history_.nextUndo();
+    nameStepBySpecials();
+    if (history_.nextUndo() != before) {
+        emit historyChanged();
     }
     settle(wasModified);
 }
@@ -142,6 +154,7 @@ void LevelDocument::changeCells(const std::string& name, const CellRange& range,
 }
 
 bool LevelDocument::undo() {
+    stepWatch_.reset();
     const bool wasModified = modified();
     if (history_.undo(opened_->level).empty()) {
         return false;
@@ -152,6 +165,7 @@ bool LevelDocument::undo() {
 }
 
 bool LevelDocument::redo() {
+    stepWatch_.reset();
     const bool wasModified = modified();
     if (history_.redo(opened_->level).empty()) {
         return false;
@@ -241,7 +255,8 @@ void LevelDocument::replace(std::unique_ptr<OpenedLevel> opened, QString configu
     history_.clear();
     undoPalettes_.clear();
     redoPalettes_.clear();
-    savedStep_ = 0;
+    stepWatch_.reset();
+    offTheSteps_ = false;
     selection_.reset();
     autosave_->settled();
     watchFile(true);
@@ -259,7 +274,9 @@ void LevelDocument::restoreRecoveryCopy() {
     history_.clear();
     undoPalettes_.clear();
     redoPalettes_.clear();
-    savedStep_.reset();
+    stepWatch_.reset();
+    // The kept work is not the file's, whatever history says.
+    offTheSteps_ = true;
     emit levelReplaced();
     emit historyChanged();
     settle(wasModified);
@@ -291,7 +308,8 @@ void LevelDocument::save() {
     clsLevel& level = opened_->level;
     const bool wasModified = modified();
     level.saveToFile(level.fileName, opened_->palette);
-    savedStep_ = history_.applied();
+    history_.markSaved();
+    offTheSteps_ = false;
     watchFile(true);
     dropRecoveryCopy();
     settle(wasModified);
@@ -329,6 +347,9 @@ QString LevelDocument::keepUnsavedWork() {
     if (!modified()) {
         return {};
     }
+    if (isReadOnly()) {
+        return "Your unsaved changes were not kept: another editor holds the level.";
+    }
     try {
         const auto path = writeRecoveryCopy(opened_->level, opened_->palette);
         return "Your unsaved changes were kept in " + toQString(path) + ".";
@@ -338,19 +359,31 @@ QString LevelDocument::keepUnsavedWork() {
 }
 
 void LevelDocument::keepRecoveryCopy() {
+    const QString copy = toQString(recoveryPath(opened_->level));
     try {
         writeRecoveryCopy(opened_->level, opened_->palette);
     } catch (const std::exception& error) {
-        // A box every few seconds would stop the user's work; the next change
-        // tries again.
-        emit notice("The recovery copy could not be written: " +
-                    QString::fromStdString(error.what()));
+        const QString reason = QString::fromStdString(error.what());
+        emit notice("The recovery copy could not be written: " + reason);
+        // Once, not at every retry: a box every few seconds would stop the work.
+        if (recoveryHealth_.failed() == RecoveryCopyHealth::Change::nowFailing) {
+            emit recoveryTrouble("The recovery copy " + copy +
+                                     " could not be written, so unsaved work would not "
+                                     "survive a crash. Marvek keeps trying.\n\n" +
+                                     reason,
+                                 true);
+        }
+        return;
+    }
+    if (recoveryHealth_.written() == RecoveryCopyHealth::Change::workingAgain) {
+        emit recoveryTrouble("The recovery copy " + copy + " is written again.", false);
     }
 }
 
 void LevelDocument::dropRecoveryCopy() {
     autosave_->settled();
-    if (!removeRecoveryCopy(opened_->level)) {
+    // A copy beside a level another editor holds is that editor's work.
+    if (!isReadOnly() && !removeRecoveryCopy(opened_->level)) {
         emit notice("The recovery copy " + toQString(recoveryPath(opened_->level)) +
                     " could not be removed.");
     }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "app/autosave.h"
 #include "data/UndoHistory.h"
-#include "data/levelOverview.h"
+#include "data/cellRange.h"
+#include "data/specialChanges.h"
 #include "graphics/clsPalette.h"
 #include "graphics/clsRectangle.h"
 
@@ -22,6 +24,7 @@ namespace marvek {
 struct OpenedLevel;
 class clsLevel;
 class Autosave;
+class LevelLock;
 class SingleShotTimer;
 
 // One open level and everything that goes with it but the widgets: its
@@ -52,14 +55,21 @@ public:
     bool modified() const noexcept;
     void setRangeFault(RangeFault fault) { rangeFault_ = std::move(fault); }
     void setUndoMaximum(std::int32_t maximum);
+    // The lock on the level's file; with another editor holding it, the
+    // level is read-only: neither saved nor kept in a recovery copy.
+    void setLock(std::unique_ptr<LevelLock> lock);
+    const LevelLock* lock() const noexcept { return lock_.get(); }
+    bool isReadOnly() const noexcept;
     // The recovery copy's timer; tests give a scripted one.
     void setAutosaveTimer(std::unique_ptr<SingleShotTimer> timer);
     // The distance between cell origins the views draw at.
     void setPitch(std::int32_t pitch);
 
     // A named undo step; change touches no cell outside range.
+    // nameBySpecials: the step's name says what it did to specials already
+    // placed ("Bucket Fill, 19 specials replaced").
     void edit(const std::string& name, const CellRange& range,
-              const std::function<void(clsLevel&)>& change);
+              const std::function<void(clsLevel&)>& change, bool nameBySpecials = false);
     // More cells of the step begun last (a stroke), still one step.
     void continueEdit(const CellRange& range, const std::function<void(clsLevel&)>& change);
     // Each false when there is nothing to take back.
@@ -104,12 +114,15 @@ signals:
     void fileChangedOnDisk();
     // Something the user should read in the status bar.
     void notice(const QString& text);
+    // The recovery copy stopped being written (or works again): worth a box.
+    void recoveryTrouble(const QString& text, bool failing);
 
 private:
     void recordStep(const std::string& name, std::optional<clsPalette> replaced);
     void changeCells(const std::string& name, const CellRange& range,
                      const std::function<void(clsLevel&)>& change);
     void takeBack(bool undoing);
+    void nameStepBySpecials();
     void swapPalette(clsPalette& other);
     void trimExtras();
     void settle(bool wasModified);
@@ -126,15 +139,18 @@ private:
     // A palette step keeps the palette it replaced, one entry per step.
     std::deque<std::optional<clsPalette>> undoPalettes_;
     std::deque<std::optional<clsPalette>> redoPalettes_;
-    // How many steps were applied when the level last matched its file;
-    // none when no step leads back there.
-    std::optional<std::size_t> savedStep_ = 0;
+    // The cells differ from the file whatever the history's step: a
+    // restored recovery copy, or a stroke going on after a save.
+    bool offTheSteps_ = false;
+    std::optional<SpecialsWatch> stepWatch_;
     std::optional<clsRectangle> selection_;
     std::unique_ptr<Autosave> autosave_;
     QFileSystemWatcher* watcher_ = nullptr;
     // The file's time when this editor last read or wrote it.
     std::filesystem::file_time_type knownWrite_{};
     RangeFault rangeFault_;
+    std::unique_ptr<LevelLock> lock_;
+    RecoveryCopyHealth recoveryHealth_;
 };
 
 } // namespace marvek

@@ -2,8 +2,8 @@
 
 #include "data/CellBlock.h"
 #include "data/TileGrid.h"
+#include "data/cellRange.h"
 #include "data/clsRenderOptions.h"
-#include "data/levelOverview.h"
 #include "graphics/clsRectangle.h"
 
 #include <QPoint>
@@ -28,6 +28,8 @@ class clsTileSet;
 struct BrushPattern {
     const TileGrid& tiles;
     const CellBlock* cells = nullptr;
+    // In Specials mode, pasted cells whose specials alone go down.
+    const CellBlock* specials = nullptr;
 };
 
 using LevelChange = std::function<void(clsLevel&)>;
@@ -56,11 +58,6 @@ struct ToolContext {
 // The cells of a normalised rectangle.
 inline CellRange rangeOf(const clsRectangle& area) {
     return {area.left, area.top, area.left + area.width, area.top + area.height};
-}
-// The smallest range holding both.
-inline CellRange unite(const CellRange& a, const CellRange& b) {
-    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
-            std::max(a.bottom, b.bottom)};
 }
 
 // What a tool draws over the level view while the pointer rests on it.

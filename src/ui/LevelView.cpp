@@ -210,7 +210,8 @@ void LevelView::drawMarks() {
             pointerCell(),
             rounded(mouseX_ / scale()),
             rounded(mouseY_ / scale()),
-            BrushPattern{editing.brush, editing.brushCells ? &*editing.brushCells : nullptr},
+            BrushPattern{editing.brush, editing.brushCells ? &*editing.brushCells : nullptr,
+                         editing.specialsBrush ? &*editing.specialsBrush : nullptr},
             editing.special(opened.specialSet),
         });
     }
@@ -302,10 +303,12 @@ void LevelView::zoomTo(int percent, QPointF at) {
 
 void LevelView::followMode() {
     renderFlags_ |= renderFlags::tiles;
-    if (services_.editing.mode == editingMode::tiles) {
-        renderFlags_ &= ~renderFlags::specials;
-    } else {
+    renderFlags_ &= ~(renderFlags::specials | renderFlags::faintSpecials);
+    if (services_.editing.mode != editingMode::tiles) {
         renderFlags_ |= renderFlags::specials;
+    } else if (services_.editing.specialsInTilesMode) {
+        // Seen, so that what painting does to them is seen too.
+        renderFlags_ |= renderFlags::specials | renderFlags::faintSpecials;
     }
     gesture_ = Gesture::none;
     modifiersHeld_ = false;

@@ -53,11 +53,12 @@ ToolContext LevelView::toolContext(int shift, float x, float y) {
         editing.mode,
         shift,
         cellAt(x, y),
-        BrushPattern{editing.brush, editing.brushCells ? &*editing.brushCells : nullptr},
+        BrushPattern{editing.brush, editing.brushCells ? &*editing.brushCells : nullptr,
+                     editing.specialsBrush ? &*editing.specialsBrush : nullptr},
         editing.special(document_.opened().specialSet),
         editing.autoPlaceSpecials,
         [this](const std::string& name, const CellRange& range, const LevelChange& change) {
-            document_.edit(name, range, change);
+            document_.edit(name, range, change, services_.editing.autoPlacing(name));
         },
         [this](const CellRange& range, const LevelChange& change) {
             document_.continueEdit(range, change);
@@ -108,6 +109,7 @@ void LevelView::pickSpecial(float x, float y) {
         level.contains(cell.x(), cell.y()) ? level.getSpecial(cell.x(), cell.y()) : 0;
     const clsSpecialSet& set = document_.opened().specialSet;
     EditingState& editing = services_.editing;
+    editing.specialsBrush.reset();
     if (set.getSpecialLUT(id) != nullptr) {
         editing.specialId = id;
     } else if (set.count() > 0) {
@@ -254,9 +256,12 @@ void LevelView::fillArea() {
             fillCellRectangle(level, *editing.brushCells, area);
         });
     } else if (editing.mode == editingMode::tiles) {
-        document_.edit("Fill", range, [&](clsLevel& level) {
-            level.fillTileRectangle(editing.brush, area, editing.autoPlaceSpecials);
-        });
+        document_.edit(
+            "Fill", range,
+            [&](clsLevel& level) {
+                level.fillTileRectangle(editing.brush, area, editing.autoPlaceSpecials);
+            },
+            editing.autoPlacing("Fill"));
     } else if (const clsSpecial* special = editing.special(document_.opened().specialSet)) {
         document_.edit("Fill Specials", range,
                        [&](clsLevel& level) { level.fillSpecialRectangle(*special, area); });

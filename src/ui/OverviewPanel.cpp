@@ -28,25 +28,47 @@ QSize OverviewPanel::sizeHint() const {
 
 void OverviewPanel::showLevel(const OpenedLevel& opened) {
     colours_ = overviewColours(opened.tileSet, opened.specialSet);
-    hasLevel_ = true;
-    redrawAll(opened.level);
+    level_ = &opened.level;
+    redrawPending_ = true;
+    pendingRange_.reset();
+    catchUp();
 }
 
-void OverviewPanel::levelChanged(const clsLevel& level) {
-    if (!hasLevel_) {
+void OverviewPanel::cellsChanged(const CellRange& range) {
+    if (level_ == nullptr) {
         return;
     }
-    const auto changed = changedCells(drawnCells_, level);
-    if (!changed) {
+    if (!redrawPending_) {
+        pendingRange_ = unite(pendingRange_, range);
+    }
+    catchUp();
+}
+
+void OverviewPanel::forgetLevel() {
+    level_ = nullptr;
+    redrawPending_ = false;
+    pendingRange_.reset();
+}
+
+void OverviewPanel::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    catchUp();
+}
+
+void OverviewPanel::catchUp() {
+    if (!isVisible() || level_ == nullptr) {
         return;
     }
-    if (level.width != overview_.levelWidth() || level.height != overview_.levelHeight()) {
-        redrawAll(level);
-        return;
+    if (redrawPending_ || level_->width != overview_.levelWidth() ||
+        level_->height != overview_.levelHeight()) {
+        redrawPending_ = false;
+        pendingRange_.reset();
+        redrawAll();
+    } else if (pendingRange_) {
+        overview_.drawCells(*level_, colours_, *pendingRange_);
+        pendingRange_.reset();
+        update();
     }
-    overview_.drawCells(level, colours_, *changed);
-    drawnCells_.assign(level.cells().begin(), level.cells().end());
-    update();
 }
 
 void OverviewPanel::setView(const CellRange& view) {
@@ -57,9 +79,8 @@ void OverviewPanel::setView(const CellRange& view) {
     update();
 }
 
-void OverviewPanel::redrawAll(const clsLevel& level) {
-    overview_.drawAll(level, colours_, fittingCellPixels(level.width, level.height));
-    drawnCells_.assign(level.cells().begin(), level.cells().end());
+void OverviewPanel::redrawAll() {
+    overview_.drawAll(*level_, colours_, fittingCellPixels(level_->width, level_->height));
     // The image wraps the overview's pixels, which stay put until drawAll.
     image_ = QImage(reinterpret_cast<const uchar*>(overview_.pixels().data()), overview_.width(),
                     overview_.height(), overview_.width() * 4, QImage::Format_RGB32);
@@ -111,30 +132,30 @@ void OverviewPanel::paintEvent(QPaintEvent* /*event*/) {
 
 void OverviewPanel::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    if (!hasLevel_ ||
-        fittingCellPixels(overview_.levelWidth(), overview_.levelHeight()) ==
-            overview_.cellPixels() ||
-        overview_.levelWidth() < 1 || overview_.levelHeight() < 1) {
-        return;
+    if (level_ != nullptr &&
+        fittingCellPixels(level_->width, level_->height) != overview_.cellPixels()) {
+        redrawPending_ = true;
+        catchUp();
     }
-    // The cells as last drawn are the level's cells now.
-    clsLevel shown;
-    shown.width = overview_.levelWidth();
-    shown.height = overview_.levelHeight();
-    shown.resizeCells();
-    std::copy(drawnCells_.begin(), drawnCells_.end(), shown.cells().begin());
-    redrawAll(shown);
 }
 
 void OverviewPanel::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton) {
+    // The margin around the picture is no place on the level.
+    dragging_ = event->button() == Qt::LeftButton && pictureRect().contains(event->position());
+    if (dragging_) {
         choose(event->position());
     }
 }
 
 void OverviewPanel::mouseMoveEvent(QMouseEvent* event) {
-    if ((event->buttons() & Qt::LeftButton) != 0) {
+    if (dragging_ && (event->buttons() & Qt::LeftButton) != 0) {
         choose(event->position());
+    }
+}
+
+void OverviewPanel::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        dragging_ = false;
     }
 }
 

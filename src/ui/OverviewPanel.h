@@ -6,24 +6,28 @@
 #include <QRectF>
 #include <QWidget>
 
-#include <vector>
+#include <optional>
 
 namespace marvek {
 
 struct OpenedLevel;
 
 // The whole level drawn small, with the rectangle that the level view shows.
-// A press or drag in it asks for the view to be centred there.
+// A press on the picture, or a drag begun there, asks for the view to be
+// centred there. It redraws only the cells it is told changed, and nothing
+// while hidden: it catches up when shown.
 class OverviewPanel : public QWidget {
     Q_OBJECT
 
 public:
     explicit OverviewPanel(QWidget* parent = nullptr);
 
-    // A level opened or its graphics changed: colours and cells anew.
+    // A level opened or its graphics changed: colours and cells anew. The
+    // level must live until the next showLevel or forgetLevel.
     void showLevel(const OpenedLevel& opened);
-    // Redraws the cells that changed since the last call.
-    void levelChanged(const clsLevel& level);
+    // The level's cells in range changed.
+    void cellsChanged(const CellRange& range);
+    void forgetLevel();
     // The view's cells, for the rectangle.
     void setView(const CellRange& view);
 
@@ -40,20 +44,27 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     // The largest whole cell size that lets the level fit the panel.
     std::int32_t fittingCellPixels(std::int32_t levelWidth, std::int32_t levelHeight) const;
-    void redrawAll(const clsLevel& level);
+    void catchUp();
+    void redrawAll();
     QRectF pictureRect() const;
     void choose(QPointF at);
 
     OverviewColours colours_;
     clsLevelOverview overview_;
-    std::vector<Cell> drawnCells_;
+    const clsLevel* level_ = nullptr;
     QImage image_;
     CellRange view_;
-    bool hasLevel_ = false;
+    // What happened while hidden.
+    bool redrawPending_ = false;
+    std::optional<CellRange> pendingRange_;
+    // A press on the picture began a drag.
+    bool dragging_ = false;
 };
 
 } // namespace marvek

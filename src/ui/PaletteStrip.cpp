@@ -151,6 +151,7 @@ void PaletteStrip::pressed(int button, int /*shift*/, float x, float y) {
     }
     if (const clsSpecial* special = opened_->specialSet.getSelected(rounded(y) + camera_.y)) {
         editing_.specialId = special->Id;
+        editing_.specialsBrush.reset();
         emit brushChosen();
     }
     redraw();

@@ -1,51 +1,30 @@
 #include "ui/SpecialsListPanel.h"
 
-#include "app/qtPaths.h"
-#include "data/clsLevel.h"
-#include "specials/clsSpecialSet.h"
+#include "ui/SpecialsTableModel.h"
 
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
-#include <QSortFilterProxyModel>
-#include <QStandardItemModel>
+#include <QScrollBar>
 #include <QTableView>
 #include <QVBoxLayout>
 
 #include <algorithm>
 
 namespace marvek {
-namespace {
 
-enum Column { idColumn, nameColumn, tagColumn, cellColumn, countColumn, columnCount };
-// Where a row keeps its cell, so sorting by the cell text does not matter.
-constexpr int cellXRole = Qt::UserRole + 1;
-constexpr int cellYRole = Qt::UserRole + 2;
-// Name and tag side by side, which is what the filter looks through.
-constexpr int filterRole = Qt::UserRole + 3;
-// What a column sorts by: numbers as numbers, cells row by row.
-constexpr int sortRole = Qt::UserRole + 4;
-
-QStandardItem* numberItem(int value) {
-    auto* item = new QStandardItem; // NOLINT: the model owns its items
-    item->setData(value, Qt::DisplayRole);
-    item->setEditable(false);
-    return item;
-}
-
-QStandardItem* textItem(const QString& text) {
-    auto* item = new QStandardItem(text); // NOLINT: the model owns its items
-    item->setEditable(false);
-    return item;
-}
-
-} // namespace
+// The table, able to lay out its rows at once, so that a scroll position set
+// right after a change holds.
+class SpecialsTable : public QTableView {
+public:
+    using QTableView::QTableView;
+    void layOutNow() { executeDelayedItemsLayout(); }
+};
 
 SpecialsListPanel::SpecialsListPanel(QWidget* parent)
-    : QWidget(parent), txtFilter_(new QLineEdit(this)), lstSpecials_(new QTableView(this)),
-      lblCounts_(new QLabel(this)), model_(new QStandardItemModel(0, columnCount, this)),
-      filter_(new QSortFilterProxyModel(this)) {
+    : QWidget(parent), txtFilter_(new QLineEdit(this)), lstSpecials_(new SpecialsTable(this)),
+      lblCounts_(new QLabel(this)), model_(new SpecialsTableModel(this)) {
     setObjectName("specialsList");
     txtFilter_->setObjectName("txtSpecialsFilter");
     txtFilter_->setPlaceholderText("Filter by name or tag");
@@ -53,22 +32,17 @@ SpecialsListPanel::SpecialsListPanel(QWidget* parent)
     lstSpecials_->setObjectName("lstSpecials");
     lblCounts_->setObjectName("lblSpecialCounts");
 
-    model_->setHorizontalHeaderLabels({"ID", "Name", "Tag", "Cell", "Count"});
-    model_->horizontalHeaderItem(countColumn)
-        ->setToolTip("How many specials of this ID the level holds");
-    filter_->setSourceModel(model_);
-    filter_->setFilterRole(filterRole);
-    filter_->setFilterKeyColumn(nameColumn);
-    filter_->setFilterCaseSensitivity(Qt::CaseInsensitive);
-    filter_->setSortRole(sortRole);
-    lstSpecials_->setModel(filter_);
+    lstSpecials_->setModel(model_);
     lstSpecials_->setSortingEnabled(true);
-    lstSpecials_->sortByColumn(cellColumn, Qt::AscendingOrder);
+    lstSpecials_->sortByColumn(SpecialsTableModel::cellColumn, Qt::AscendingOrder);
     lstSpecials_->setSelectionBehavior(QAbstractItemView::SelectRows);
     lstSpecials_->setSelectionMode(QAbstractItemView::SingleSelection);
+    lstSpecials_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     lstSpecials_->verticalHeader()->hide();
-    lstSpecials_->horizontalHeader()->setStretchLastSection(true);
+    // Rows of one height: the view never asks every row for its size.
+    lstSpecials_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     lstSpecials_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
+    sizeColumns();
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(2, 2, 2, 2);
@@ -82,87 +56,159 @@ SpecialsListPanel::SpecialsListPanel(QWidget* parent)
     connect(lstSpecials_, &QTableView::clicked, this, &SpecialsListPanel::rowChosen);
 }
 
+void SpecialsListPanel::sizeColumns() {
+    QHeaderView& header = *lstSpecials_->horizontalHeader();
+    const QFontMetrics metrics = header.fontMetrics();
+    // Room for the widest usual value or the title, and the sort arrow.
+    const auto fit = [&](int column, const QString& widest) {
+        const QString title =
+            model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        header.resizeSection(
+            column, std::max(metrics.horizontalAdvance(widest), metrics.horizontalAdvance(title)) +
+                        metrics.horizontalAdvance("MM") + 8);
+    };
+    fit(SpecialsTableModel::idColumn, "000");
+    fit(SpecialsTableModel::nameColumn, "Mmmmmmmmmmmmmmm");
+    fit(SpecialsTableModel::tagColumn, "Mmmmmmmmm");
+    fit(SpecialsTableModel::cellColumn, "0000, 0000");
+    fit(SpecialsTableModel::countColumn, "00000");
+    header.setStretchLastSection(false);
+    header.setSectionResizeMode(SpecialsTableModel::nameColumn, QHeaderView::Stretch);
+    header.setMinimumSectionSize(metrics.horizontalAdvance("000") + 8);
+}
+
 QSize SpecialsListPanel::sizeHint() const {
-    return {460, 180};
+    int columns = 0;
+    for (int column = 0; column < SpecialsTableModel::columnTotal; ++column) {
+        columns += lstSpecials_->horizontalHeader()->sectionSize(column);
+    }
+    // About a dozen rows under the filter.
+    const int rows = lstSpecials_->verticalHeader()->defaultSectionSize() * 12;
+    return {columns + lstSpecials_->verticalScrollBar()->sizeHint().width() + 12,
+            rows + txtFilter_->sizeHint().height() + lblCounts_->sizeHint().height() + 40};
 }
 
 void SpecialsListPanel::showLevel(const clsLevel& level, const clsSpecialSet& specialSet) {
-    std::vector<PlacedSpecial> placed = placedSpecials(level);
-    if (placed == listed_ && &specialSet == listedSet_ &&
-        model_->rowCount() == int(placed.size())) {
+    level_ = &level;
+    specialSet_ = &specialSet;
+    rebuildPending_ = true;
+    pendingRange_.reset();
+    catchUp();
+}
+
+void SpecialsListPanel::cellsChanged(const CellRange& range) {
+    if (level_ == nullptr) {
         return;
     }
-    listed_ = std::move(placed);
-    listedSet_ = &specialSet;
-    fill(specialSet);
+    if (!rebuildPending_) {
+        pendingRange_ = unite(pendingRange_, range);
+    }
+    catchUp();
 }
 
 void SpecialsListPanel::forgetLevel() {
-    listed_.clear();
-    listedSet_ = nullptr;
-    model_->removeRows(0, model_->rowCount());
+    level_ = nullptr;
+    specialSet_ = nullptr;
+    rebuildPending_ = false;
+    pendingRange_.reset();
+    chosen_.reset();
+    model_->clear();
     lblCounts_->clear();
 }
 
-int SpecialsListPanel::visibleRows() const {
-    return filter_->rowCount();
+void SpecialsListPanel::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    catchUp();
 }
 
-void SpecialsListPanel::fill(const clsSpecialSet& specialSet) {
-    const QSignalBlocker quiet(lstSpecials_->selectionModel());
-    model_->removeRows(0, model_->rowCount());
-    model_->setRowCount(static_cast<int>(listed_.size()));
-    const auto nameOf = [&specialSet](std::uint8_t id) {
-        const clsSpecial* special = specialSet.getSpecialLUT(id);
-        return special != nullptr ? std::pair(toQString(special->Name), toQString(special->Tag))
-                                  : std::pair(QString("undefined"), QString());
-    };
-    const auto counts = specialCounts(listed_);
-    int row = 0;
-    for (const PlacedSpecial& placed : listed_) {
-        const auto [name, tag] = nameOf(placed.id);
-        QStandardItem* id = numberItem(placed.id);
-        id->setData(placed.id, sortRole);
-        QStandardItem* nameItem = textItem(name);
-        nameItem->setData(name + "\n" + tag, filterRole);
-        nameItem->setData(name.toLower(), sortRole);
-        QStandardItem* tagItem = textItem(tag);
-        tagItem->setData(tag.toLower(), sortRole);
-        QStandardItem* cell = textItem(QString("%1, %2").arg(placed.x).arg(placed.y));
-        cell->setData(qlonglong(placed.y) * 65536 + placed.x, sortRole);
-        QStandardItem* count = numberItem(counts[placed.id]);
-        count->setData(counts[placed.id], sortRole);
-        for (QStandardItem* item : {id, nameItem, tagItem, cell, count}) {
-            item->setData(placed.x, cellXRole);
-            item->setData(placed.y, cellYRole);
-        }
-        model_->setItem(row, idColumn, id);
-        model_->setItem(row, nameColumn, nameItem);
-        model_->setItem(row, tagColumn, tagItem);
-        model_->setItem(row, cellColumn, cell);
-        model_->setItem(row, countColumn, count);
-        ++row;
+void SpecialsListPanel::catchUp() {
+    if (!isVisible() || level_ == nullptr) {
+        return;
     }
-    lstSpecials_->resizeColumnsToContents();
+    if (rebuildPending_) {
+        rebuildPending_ = false;
+        pendingRange_.reset();
+        rebuild();
+    } else if (pendingRange_) {
+        const CellRange range = *pendingRange_;
+        pendingRange_.reset();
+        keepPlace([&] { model_->cellsChanged(*level_, range); });
+    }
+    showCounts();
+}
 
-    const auto kinds = std::ranges::count_if(counts, [](std::int32_t n) { return n != 0; });
-    lblCounts_->setText(QString("%1 specials of %2 kinds").arg(listed_.size()).arg(kinds));
+void SpecialsListPanel::rebuild() {
+    keepPlace([this] { model_->showLevel(*level_, *specialSet_); });
+}
+
+void SpecialsListPanel::keepPlace(const std::function<void()>& change) {
+    const QModelIndex top = lstSpecials_->indexAt(QPoint(0, 0));
+    std::optional<QPoint> topCell;
+    int topOffset = 0;
+    if (top.isValid()) {
+        topCell = QPoint(top.data(SpecialsTableModel::cellXRole).toInt(),
+                         top.data(SpecialsTableModel::cellYRole).toInt());
+        topOffset = lstSpecials_->rowViewportPosition(top.row());
+    }
+    updating_ = true;
+    change();
+    lstSpecials_->layOutNow();
+    restoreChoice();
+    const int topRow = topCell ? model_->rowOf(topCell->x(), topCell->y()) : -1;
+    if (topRow >= 0) {
+        lstSpecials_->verticalScrollBar()->setValue(
+            lstSpecials_->verticalHeader()->sectionPosition(topRow) - topOffset);
+    }
+    updating_ = false;
+}
+
+void SpecialsListPanel::restoreChoice() {
+    QItemSelectionModel& selection = *lstSpecials_->selectionModel();
+    const int row = chosen_ ? model_->rowOf(chosen_->x(), chosen_->y()) : -1;
+    if (row < 0) {
+        selection.clear();
+        return;
+    }
+    if (selection.currentIndex().row() != row || !selection.isRowSelected(row)) {
+        selection.setCurrentIndex(model_->index(row, 0),
+                                  QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    }
+}
+
+int SpecialsListPanel::visibleRows() const {
+    return model_->rowCount();
+}
+
+void SpecialsListPanel::showCounts() {
+    if (model_->filtered()) {
+        lblCounts_->setText(
+            QString("%1 of %2 specials shown").arg(model_->rowCount()).arg(model_->placedCount()));
+    } else {
+        lblCounts_->setText(
+            QString("%1 specials of %2 kinds").arg(model_->placedCount()).arg(model_->kindCount()));
+    }
 }
 
 void SpecialsListPanel::applyFilter(const QString& text) {
     // Rows that come and go as the user types are not a choice: the view
     // stays where it is, and the next row chosen moves it.
-    const QSignalBlocker quiet(lstSpecials_->selectionModel());
-    filter_->setFilterFixedString(text);
+    chosen_.reset();
+    updating_ = true;
+    model_->setFilter(text);
     lstSpecials_->selectionModel()->clear();
+    updating_ = false;
+    showCounts();
 }
 
 void SpecialsListPanel::rowChosen() {
     const QModelIndex current = lstSpecials_->currentIndex();
-    if (!current.isValid()) {
+    if (updating_ || !current.isValid()) {
         return;
     }
-    emit cellChosen(current.data(cellXRole).toInt(), current.data(cellYRole).toInt());
+    const QPoint cell(current.data(SpecialsTableModel::cellXRole).toInt(),
+                      current.data(SpecialsTableModel::cellYRole).toInt());
+    chosen_ = cell;
+    emit cellChosen(cell.x(), cell.y());
 }
 
 } // namespace marvek

@@ -1,35 +1,40 @@
 #pragma once
 
-#include "data/levelNavigation.h"
+#include "data/cellRange.h"
 
+#include <QPoint>
 #include <QWidget>
 
-#include <vector>
+#include <functional>
+#include <optional>
 
 class QLabel;
 class QLineEdit;
-class QSortFilterProxyModel;
-class QStandardItemModel;
-class QTableView;
 
 namespace marvek {
 
 class clsLevel;
 class clsSpecialSet;
+class SpecialsTable;
+class SpecialsTableModel;
 
 // Every special placed on the level, one row each (ID, name, tag, cell),
 // sortable and filtered by name or tag, with how many of its kind the level
-// holds.
-// Choosing a row asks for the view to go to its cell.
+// holds. Choosing a row asks for the view to go to its cell.
+// It follows the level by what changed, and while hidden it only notes that
+// and catches up when shown.
 class SpecialsListPanel : public QWidget {
     Q_OBJECT
 
 public:
     explicit SpecialsListPanel(QWidget* parent = nullptr);
 
-    // Fills the list anew when the level's specials differ from the listed
-    // ones (or the set changed); cheap when nothing changed.
+    // A level opened or its graphics changed: every row anew. Both must live
+    // until the next showLevel or forgetLevel.
     void showLevel(const clsLevel& level, const clsSpecialSet& specialSet);
+    // The level's cells in range changed: only their rows follow. The row
+    // the user chose stays chosen (the same cell), and the list stays put.
+    void cellsChanged(const CellRange& range);
     void forgetLevel();
     // Rows shown now, after the filter.
     int visibleRows() const;
@@ -38,18 +43,34 @@ public:
 signals:
     void cellChosen(int x, int y);
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
-    void fill(const clsSpecialSet& specialSet);
+    void catchUp();
+    void rebuild();
+    // Runs change with the chosen row, and the row at the top of the list,
+    // kept where they were.
+    void keepPlace(const std::function<void()>& change);
+    void restoreChoice();
     void applyFilter(const QString& text);
     void rowChosen();
+    void showCounts();
+    void sizeColumns();
 
     QLineEdit* txtFilter_;
-    QTableView* lstSpecials_;
+    SpecialsTable* lstSpecials_;
     QLabel* lblCounts_;
-    QStandardItemModel* model_;
-    QSortFilterProxyModel* filter_;
-    std::vector<PlacedSpecial> listed_;
-    const clsSpecialSet* listedSet_ = nullptr;
+    SpecialsTableModel* model_;
+    const clsLevel* level_ = nullptr;
+    const clsSpecialSet* specialSet_ = nullptr;
+    // What happened while hidden.
+    bool rebuildPending_ = false;
+    std::optional<CellRange> pendingRange_;
+    // The cell of the row the user chose last.
+    std::optional<QPoint> chosen_;
+    // Rows selected by the list itself are no choice of the user's.
+    bool updating_ = false;
 };
 
 } // namespace marvek

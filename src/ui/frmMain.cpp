@@ -5,13 +5,16 @@
 #include "app/autosave.h"
 #include "app/clsMessageBox.h"
 #include "app/qtPaths.h"
+#include "data/cellRange.h"
 #include "data/openLevel.h"
 #include "ui/BrushTool.h"
 #include "ui/BucketFillTool.h"
 #include "ui/LevelDocument.h"
 #include "ui/LevelView.h"
 #include "ui/PaletteStrip.h"
+#include "ui/PictureBox.h"
 #include "ui/SelectTool.h"
+#include "ui/TiledMapCommands.h"
 #include "ui/ViewMenu.h"
 #include "ui/windowPlacement.h"
 
@@ -138,6 +141,11 @@ void frmMain::buildWindow() {
         }
     });
     buildPanels();
+    // The least of the level view a small window keeps (5 x 3 cells at
+    // 200 %): the panels beside it give way first.
+    views_->setMinimumSize(
+        160 + 2 * PictureBox::border + QScrollBar(Qt::Vertical).sizeHint().width(),
+        96 + 2 * PictureBox::border + QScrollBar(Qt::Horizontal).sizeHint().height());
 }
 
 QAction* frmMain::addCommand(QMenu& menu, const char* name, const QString& caption,
@@ -190,7 +198,7 @@ void frmMain::buildFileMenu() {
     file->setObjectName("mnuFile");
     connect(addCommand(*file, "itmFileOpen", "&Open...", QKeySequence::Open), &QAction::triggered,
             this, [this] { fileOpen(); });
-    connect(addCommand(*file, "itmFileOpenInNewTab", "Open in New &Tab...", QKeySequence("Ctrl+T")),
+    connect(addCommand(*file, "itmFileOpenInNewTab", "Open in &New Tab...", QKeySequence("Ctrl+T")),
             &QAction::triggered, this, [this] { fileOpenInNewTab(); });
     itmFileReload_ = addCommand(*file, "itmFileReload", "Re&load");
     connect(itmFileReload_, &QAction::triggered, this, [this] { fileReload(); });
@@ -200,6 +208,15 @@ void frmMain::buildFileMenu() {
             &QAction::triggered, this, [this] { fileSaveAs(); });
     connect(addCommand(*file, "itmFileExportBitmap", "&Export Bitmap..."), &QAction::triggered,
             this, [this] { fileExportBitmap(); });
+    tiledMaps_ = std::make_unique<TiledMapCommands>(*this, shared_);
+    QMenu* exports = file->addMenu("Expor&t");
+    exports->setObjectName("mnuFileExport");
+    connect(addCommand(*exports, "itmFileExportTiledMap", "&Tiled Map..."), &QAction::triggered,
+            this, [this] { tiledMaps_->exportMap(); });
+    QMenu* imports = file->addMenu("&Import");
+    imports->setObjectName("mnuFileImport");
+    connect(addCommand(*imports, "itmFileImportTiledMap", "&Tiled Map..."), &QAction::triggered,
+            this, [this] { tiledMaps_->importMap(); });
     connect(addCommand(*file, "itmFileCloseTab", "&Close Tab", QKeySequence("Ctrl+W")),
             &QAction::triggered, this, [this] {
                 releaseModifiers();
@@ -301,6 +318,17 @@ const clsBackBuffer& frmMain::levelBuffer() const {
     return currentView() != nullptr ? currentView()->backBuffer() : none;
 }
 
+bool frmMain::isReadOnly() const {
+    return currentDocument() != nullptr && currentDocument()->isReadOnly();
+}
+
+void frmMain::editLevel(const std::string& stepName, const std::function<void(clsLevel&)>& change) {
+    if (LevelDocument* document = currentDocument()) {
+        document->edit(stepName, wholeLevel(document->level()), change,
+                       editing_.autoPlacing(stepName));
+    }
+}
+
 const clsBackBuffer& frmMain::paletteBuffer() const {
     return palette_->backBuffer();
 }
@@ -371,7 +399,12 @@ void frmMain::keyPressEvent(QKeyEvent* event) {
 void frmMain::keyReleaseEvent(QKeyEvent* event) {
     if ((event->key() == Qt::Key_Shift || event->key() == Qt::Key_Control) &&
         !event->isAutoRepeat()) {
-        releaseModifiers();
+        // A copy or fill drag ends with its button, whichever is let go first.
+        const LevelView* view = currentView();
+        if (view == nullptr || (view->gesture() != LevelView::Gesture::copying &&
+                                view->gesture() != LevelView::Gesture::filling)) {
+            releaseModifiers();
+        }
         return;
     }
     QMainWindow::keyReleaseEvent(event);

@@ -14,6 +14,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 class QAction;
@@ -54,6 +55,10 @@ class UndoHistory;
 class LevelDocument;
 class LevelView;
 class PaletteStrip;
+class LevelLock;
+class TiledMapCommands;
+class clsLevel;
+struct CellRange;
 
 // The dialogs the main window opens; they live as long as it does.
 struct MainDialogs {
@@ -139,6 +144,17 @@ public:
     const CellBlock* brushCells() const noexcept {
         return editing_.brushCells ? &*editing_.brushCells : nullptr;
     }
+    // Cells pasted in Specials mode, whose specials alone the brush puts
+    // down; null once a special is chosen.
+    const CellBlock* specialsBrush() const noexcept {
+        return editing_.specialsBrush ? &*editing_.specialsBrush : nullptr;
+    }
+    const EditingState& editing() const noexcept { return editing_; }
+    // Another editor holds the level in front: it is shown and edited, but
+    // neither saved nor kept in a recovery copy.
+    bool isReadOnly() const;
+    // A named step over the whole level in front, for scripts and tests.
+    void editLevel(const std::string& stepName, const std::function<void(clsLevel&)>& change);
     // The clipboard and selection commands of the Edit menu.
     void editCut();
     void editCopy();
@@ -212,6 +228,18 @@ private:
     LevelTool& activeTool() const;
     void updateSelectionCommands();
     bool copySelectionToClipboard();
+    // Cut or Delete of the selection: its specials alone in Specials mode.
+    void clearSelection(const std::string& command);
+    // Paste in Specials mode: a brush of the pasted cells' specials.
+    void pasteSpecials(CellBlock block);
+    void toggleSpecialsInTilesMode();
+    // The lock a level about to open needs, in fresh (left empty when held
+    // is that level's); false when another editor holds it and the user
+    // chose not to open it read-only.
+    bool lockLevel(const std::filesystem::path& levelFile, const LevelLock* held,
+                   std::unique_ptr<LevelLock>& fresh, QString* failure);
+    // Says why a read-only level is not saved; false when it is not one.
+    bool refuseReadOnlySave(const LevelDocument& document);
 
     void loadOptions();
     // Loads a level; null, failure set, when it does not load.
@@ -263,7 +291,7 @@ private:
     // The view in front moved or its level changed: the panels, the scroll
     // range label and the check marks follow.
     void refreshNavigation();
-    void refreshPanels();
+    void refreshPanels(const CellRange& range);
 
     SharedObjects& shared_;
     MainDialogs dialogs_;
@@ -301,6 +329,7 @@ private:
     QLabel* lblViewRange_ = nullptr;
     RecentLevelsMenu* mnuFileRecent_ = nullptr;
     std::function<std::unique_ptr<SingleShotTimer>()> makeTimer_;
+    std::unique_ptr<TiledMapCommands> tiledMaps_;
     TickClock tickClock_ = steadyTicks;
 };
 

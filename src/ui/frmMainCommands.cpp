@@ -1,6 +1,7 @@
 // The main window's menu commands: opening, saving, undo and the options.
 #include "ui/frmMain.h"
 
+#include "app/LevelLock.h"
 #include "app/SharedObjects.h"
 #include "app/qtPaths.h"
 #include "app/settings.h"
@@ -148,7 +149,23 @@ bool frmMain::fileSave() {
     return document != nullptr && saveDocument(*document);
 }
 
+bool frmMain::refuseReadOnlySave(const LevelDocument& document) {
+    if (!document.isReadOnly()) {
+        return false;
+    }
+    shared_.messages->show(this,
+                           "The level was not saved.\n\n" +
+                               toQString(document.lock()->level().filename()) +
+                               " is open read-only: another editor (process " +
+                               QString::number(document.lock()->holder()->process) + ") holds it.",
+                           messageStyle::exclamation);
+    return true;
+}
+
 bool frmMain::saveDocument(LevelDocument& document) {
+    if (refuseReadOnlySave(document)) {
+        return false;
+    }
     if (document.file().empty()) {
         return fileSaveAs();
     }
@@ -179,7 +196,13 @@ bool frmMain::saveDocument(LevelDocument& document) {
 
 bool frmMain::fileSaveAs() {
     LevelDocument* document = currentDocument();
-    if (document == nullptr) {
+    if (document == nullptr || refuseReadOnlySave(*document)) {
+        return false;
+    }
+    // Refused before the dialog: no name can make such a level savable.
+    if (const std::string reason = document->level().whyNotSavable(); !reason.empty()) {
+        shared_.messages->show(this, "The level was not saved.\n\n" + toQString(reason),
+                               messageStyle::exclamation);
         return false;
     }
     const QString previousFolder = shared_.dialogs->lastFolder();
@@ -301,7 +324,8 @@ void frmMain::updateCommands() {
     const LevelDocument* document = currentDocument();
     if (document != nullptr) {
         const QString name = QFileInfo(toQString(document->file())).completeBaseName();
-        setWindowTitle(QString(applicationTitle) + " - " + name.toUpper() + "[*]");
+        setWindowTitle(QString(applicationTitle) + " - " + name.toUpper() +
+                       (document->isReadOnly() ? " (read-only)" : "") + "[*]");
         setWindowModified(document->modified());
     }
     const UndoHistory& steps = history();
@@ -313,7 +337,7 @@ void frmMain::updateCommands() {
     itmEditRedo_->setEnabled(!redo.empty());
     itmFileReload_->setEnabled(document != nullptr && !document->file().empty());
     if (historyPanel_ != nullptr) {
-        historyPanel_->refresh(steps);
+        historyPanel_->historyChanged(steps);
     }
     updateSelectionCommands();
     showZoom();

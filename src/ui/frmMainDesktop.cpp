@@ -65,7 +65,8 @@ void frmMain::setAutosaveTimers(std::function<std::unique_ptr<SingleShotTimer>()
 
 void frmMain::offerRecovery(LevelDocument& document) {
     const fs::path levelFile = document.file();
-    if (!hasNewerRecoveryCopy(levelFile)) {
+    // A copy beside a level another editor holds is that editor's work.
+    if (document.isReadOnly() || !hasNewerRecoveryCopy(levelFile)) {
         return;
     }
     const QFileInfo copy(toQString(recoveryPath(levelFile)));

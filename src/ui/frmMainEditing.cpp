@@ -186,17 +186,26 @@ void frmMain::editCopy() {
 void frmMain::editCut() {
     releaseModifiers();
     if (copySelectionToClipboard()) {
-        const clsRectangle area = *cellSelection();
-        currentDocument()->edit("Cut", rangeOf(area),
-                                [&](clsLevel& level) { clearCells(level, area); });
+        clearSelection("Cut");
     }
 }
 
 void frmMain::editDelete() {
     releaseModifiers();
-    if (const auto area = cellSelection()) {
-        currentDocument()->edit("Delete", rangeOf(*area),
-                                [&](clsLevel& level) { clearCells(level, *area); });
+    if (cellSelection()) {
+        clearSelection("Delete");
+    }
+}
+
+void frmMain::clearSelection(const std::string& command) {
+    const clsRectangle area = *cellSelection();
+    // Specials mode works on the specials alone: the tiles stay.
+    if (editing_.mode == specialsMode) {
+        currentDocument()->edit(command + " Specials", rangeOf(area),
+                                [&](clsLevel& level) { clearSpecials(level, area); });
+    } else {
+        currentDocument()->edit(command, rangeOf(area),
+                                [&](clsLevel& level) { clearCells(level, area); });
     }
 }
 
@@ -214,6 +223,10 @@ void frmMain::editPaste() {
                                messageStyle::exclamation);
         return;
     }
+    if (editing_.mode == specialsMode && pasted.carriesSpecials) {
+        pasteSpecials(std::move(pasted.block));
+        return;
+    }
     editing_.brush = pasted.block.tiles();
     if (pasted.carriesSpecials) {
         editing_.brushCells = std::move(pasted.block);
@@ -229,6 +242,14 @@ void frmMain::editPaste() {
     statusBar()->showMessage(QString("Pasted %1 x %2 cells: click to put them down")
                                  .arg(editing_.brush.width())
                                  .arg(editing_.brush.height()));
+}
+
+void frmMain::pasteSpecials(CellBlock block) {
+    editing_.specialsBrush = std::move(block);
+    chooseTool(Tool::brush);
+    statusBar()->showMessage(QString("Pasted the specials of %1 x %2 cells: click to put them down")
+                                 .arg(editing_.specialsBrush->width())
+                                 .arg(editing_.specialsBrush->height()));
 }
 
 void frmMain::editSelectAll() {

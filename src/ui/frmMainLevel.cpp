@@ -1,6 +1,7 @@
 // The main window's levels: loading them, a tab for each, and the tab in front.
 #include "ui/frmMain.h"
 
+#include "app/LevelLock.h"
 #include "app/SharedObjects.h"
 #include "app/autosave.h"
 #include "app/modMain.h"
@@ -119,6 +120,11 @@ std::unique_ptr<OpenedLevel> frmMain::loadLevel(const fs::path& levelFile,
 
 bool frmMain::useConfig(const fs::path& levelFile, const QString& configuration, bool loadUnknown,
                         QString* failure) {
+    LevelDocument* document = currentDocument();
+    std::unique_ptr<LevelLock> fresh;
+    if (!lockLevel(levelFile, document != nullptr ? document->lock() : nullptr, fresh, failure)) {
+        return false;
+    }
     auto opened = loadLevel(levelFile, configuration, loadUnknown, failure);
     if (!opened) {
         return false;
@@ -126,14 +132,44 @@ bool frmMain::useConfig(const fs::path& levelFile, const QString& configuration,
     if (!opened->repairs.empty()) {
         warnOfRepairs(*opened);
     }
-    LevelDocument* document = currentDocument();
     if (document == nullptr) {
         document = &addDocument(std::move(opened), configuration);
     } else {
         document->replace(std::move(opened), configuration);
     }
+    if (fresh) {
+        document->setLock(std::move(fresh));
+        updateCommands();
+    }
     offerRecovery(*document);
     return true;
+}
+
+bool frmMain::lockLevel(const fs::path& levelFile, const LevelLock* held,
+                        std::unique_ptr<LevelLock>& fresh, QString* failure) {
+    const fs::path file = levelFilePath(shared_.dataFolder(), levelFile);
+    if (held != nullptr && held->isFor(file)) {
+        return true;
+    }
+    fresh = std::make_unique<LevelLock>(file);
+    const auto& holder = fresh->holder();
+    if (!holder) {
+        return true;
+    }
+    const QString name = toQString(file.filename());
+    const QString who = QString("another editor (process %1%2)")
+                            .arg(holder->process)
+                            .arg(holder->host.isEmpty() ? QString() : " on " + holder->host);
+    const QString question = name + " is open in " + who +
+                             ".\n\nOpen it read-only? It can then be neither saved nor kept "
+                             "in a recovery copy.";
+    if (shared_.messages->show(this, question, messageStyle::yesNoQuestion) == messageAnswer::yes) {
+        return true;
+    }
+    if (failure != nullptr) {
+        *failure = name + " is open in " + who + ", so it was left to that editor.";
+    }
+    return false;
 }
 
 bool frmMain::openInNewTab(const fs::path& file, const QString& configuration, bool loadUnknown) {
@@ -142,7 +178,10 @@ bool frmMain::openInNewTab(const fs::path& file, const QString& configuration, b
         return true;
     }
     QString failure;
-    auto opened = loadLevel(file, configuration, loadUnknown, &failure);
+    std::unique_ptr<LevelLock> fresh;
+    auto opened = lockLevel(file, nullptr, fresh, &failure)
+                      ? loadLevel(file, configuration, loadUnknown, &failure)
+                      : nullptr;
     if (!opened) {
         shared_.messages->show(this, "The level could not be opened.\n\n" + failure,
                                messageStyle::exclamation);
@@ -153,6 +192,7 @@ bool frmMain::openInNewTab(const fs::path& file, const QString& configuration, b
     }
     releaseModifiers();
     LevelDocument& document = addDocument(std::move(opened), configuration);
+    document.setLock(std::move(fresh));
     offerRecovery(document);
     showNewLevel();
     rememberRecent(file, configuration);
@@ -219,7 +259,11 @@ void frmMain::connectDocument(LevelDocument& document) {
     connect(changed, &LevelDocument::historyChanged, this, ifCurrent([this] { updateCommands(); }));
     connect(changed, &LevelDocument::selectionChanged, this,
             ifCurrent([this] { updateSelectionCommands(); }));
-    connect(changed, &LevelDocument::cellsChanged, this, ifCurrent([this] { refreshPanels(); }));
+    connect(changed, &LevelDocument::cellsChanged, this, [this, changed](const CellRange& range) {
+        if (changed == currentDocument()) {
+            refreshPanels(range);
+        }
+    });
     connect(changed, &LevelDocument::levelReplaced, this, ifCurrent([this] { documentShown(); }));
     connect(changed, &LevelDocument::graphicsChanged, this, ifCurrent([this] {
                 palette_->refresh();
@@ -242,6 +286,11 @@ void frmMain::connectDocument(LevelDocument& document) {
     });
     connect(changed, &LevelDocument::notice, this,
             [this](const QString& text) { statusBar()->showMessage(text); });
+    connect(changed, &LevelDocument::recoveryTrouble, this,
+            [this](const QString& text, bool failing) {
+                shared_.messages->show(
+                    this, text, failing ? messageStyle::exclamation : messageStyle::information);
+            });
 }
 
 void frmMain::updateTabTitle(LevelDocument& document) {
@@ -300,6 +349,7 @@ void frmMain::loadOptions() {
     const clsConfiguration& settings = shared_.settings;
     editing_.alphaBlending = settingNumber(settings, settingKey::alphaBlending, 1) != 0;
     editing_.autoPlaceSpecials = settingNumber(settings, settingKey::autoPlaceSpecials, 1) != 0;
+    editing_.specialsInTilesMode = settingNumber(settings, settingKey::specialsInTilesMode, 1) != 0;
     for (const auto& document : documents_) {
         document->setUndoMaximum(settingNumber(settings, settingKey::undoLevels, 64));
     }

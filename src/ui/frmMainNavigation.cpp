@@ -24,6 +24,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScrollBar>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QTimer>
 
@@ -101,6 +102,9 @@ void frmMain::buildViewMenu() {
                          flagOn(renderFlags::oversizeMarks));
     viewMenu_->addToggle("itmViewUndefined", "&Undefined IDs", "U",
                          flagToggle(renderFlags::undefinedIds), flagOn(renderFlags::undefinedIds));
+    viewMenu_->addToggle(
+        "itmViewSpecialsInTilesMode", "Specials in &Tiles Mode", "K",
+        [this] { toggleSpecialsInTilesMode(); }, [this] { return editing_.specialsInTilesMode; });
     QMenu& menu = viewMenu_->menu();
     menu.addSeparator();
     const auto zoomCommand = [this, &menu, onView](const char* name, const QString& caption,
@@ -111,7 +115,7 @@ void frmMain::buildViewMenu() {
     };
     zoomCommand("itmViewZoomIn", "Zoom &In", {QKeySequence("Ctrl+="), QKeySequence("Ctrl++")},
                 [](LevelView& view) { view.zoomBy(1); });
-    zoomCommand("itmViewZoomOut", "Zoom Ou&t", {QKeySequence("Ctrl+-")},
+    zoomCommand("itmViewZoomOut", "Zoo&m Out", {QKeySequence("Ctrl+-")},
                 [](LevelView& view) { view.zoomBy(-1); });
     zoomCommand("itmViewZoomReset", "Zoom &200 %", {QKeySequence("Ctrl+0")},
                 [](LevelView& view) { view.zoomToCentre(LevelView::usualZoom); });
@@ -132,10 +136,22 @@ void frmMain::buildViewMenu() {
         [this] { return !historyDock_->isHidden(); });
 }
 
+void frmMain::toggleSpecialsInTilesMode() {
+    editing_.specialsInTilesMode = !editing_.specialsInTilesMode;
+    for (int i = 0; i < views_->count(); ++i) {
+        qobject_cast<LevelView*>(views_->widget(i))->followMode();
+    }
+    shared_.settings.WriteSetting(settingKey::specialsInTilesMode,
+                                  editing_.specialsInTilesMode ? 1 : 0, false);
+    try {
+        shared_.settings.SaveConfiguration(shared_.settingsFile(), "\r\n", true);
+    } catch (const FileError& error) {
+        statusBar()->showMessage(QString::fromStdString(error.what()));
+    }
+}
+
 void frmMain::togglePanel(PanelDock& dock) {
     dock.setVisible(dock.isHidden());
-    // A panel shown catches up with the level it missed while hidden.
-    showLevelInPanels();
     refreshNavigation();
     // After the redraw, so that a failure to write stays in the status bar.
     savePanels();
@@ -246,24 +262,14 @@ void frmMain::showLevelInPanels() {
     if (opened == nullptr) {
         return;
     }
-    if (!overviewDock_->isHidden()) {
-        overview_->showLevel(*opened);
-    }
-    specialsList_->forgetLevel();
-    refreshPanels();
+    // A hidden panel catches up when it is shown.
+    overview_->showLevel(*opened);
+    specialsList_->showLevel(opened->level, opened->specialSet);
 }
 
-void frmMain::refreshPanels() {
-    const OpenedLevel* opened = openedLevel();
-    if (opened == nullptr) {
-        return;
-    }
-    if (!overviewDock_->isHidden()) {
-        overview_->levelChanged(opened->level);
-    }
-    if (!specialsDock_->isHidden()) {
-        specialsList_->showLevel(opened->level, opened->specialSet);
-    }
+void frmMain::refreshPanels(const CellRange& range) {
+    overview_->cellsChanged(range);
+    specialsList_->cellsChanged(range);
 }
 
 void frmMain::refreshNavigation() {

@@ -3,6 +3,7 @@
 #include "data/clsLevel.h"
 #include "data/floodFill.h"
 #include "data/lineWalk.h"
+#include "data/specialChanges.h"
 #include "graphics/clsRectangle.h"
 
 #include <gtest/gtest.h>
@@ -300,6 +301,39 @@ TEST_F(CellEditing, CopyClearStampAndReplace) {
     EXPECT_EQ(level_.cellAt(3, 1).special, 5) << "replacing keeps specials";
     EXPECT_EQ(replaceTile(level_, 0, 1, nullptr), 10);
     EXPECT_EQ(countTile(level_, 0, nullptr), 0);
+}
+
+TEST_F(CellEditing, SpecialsAloneAreClearedAndStampedAndAStepNamesWhatItTook) {
+    draw({
+        ".o#.",
+        "##o.",
+        "....",
+    });
+    const SpecialsWatch watch(level_, "Fill");
+    const CellBlock block = copyCells(level_, area(1, 0, 1, 1));
+    clearSpecials(level_, area(0, 0, 3, 0));
+    EXPECT_EQ(level_.cellAt(1, 0).special, 0);
+    EXPECT_EQ(level_.cellAt(2, 0).tile, 9) << "tiles stay";
+    EXPECT_EQ(level_.cellAt(2, 1).special, 5) << "below the area";
+    EXPECT_EQ(watch.stepName(level_), "Fill, 1 special removed");
+
+    // Only the cells the block gives a special change, and never a tile.
+    level_.setSpecial(0, 2, 7);
+    level_.setSpecial(1, 2, 7);
+    stampSpecials(level_, block, 0, 1);
+    EXPECT_EQ(level_.cellAt(0, 1).special, 5);
+    EXPECT_EQ(level_.cellAt(0, 1).tile, 9);
+    EXPECT_EQ(level_.cellAt(0, 2).special, 7) << "an empty cell of the block leaves it";
+    EXPECT_EQ(level_.cellAt(1, 2).special, 5);
+    EXPECT_TRUE(holdsSpecials(block));
+    EXPECT_FALSE(holdsSpecials(CellBlock(2, 2)));
+    const SpecialsWatch later(level_, "Paint");
+    level_.setSpecial(1, 2, 9);
+    level_.setSpecial(2, 1, 0);
+    level_.setSpecial(0, 1, 0);
+    EXPECT_EQ(later.stepName(level_), "Paint, 2 specials removed, 1 replaced");
+    EXPECT_EQ(nameWithChanges("Bucket Fill", {0, 19}), "Bucket Fill, 19 specials replaced");
+    EXPECT_EQ(nameWithChanges("Paint", {}), "Paint") << "placed on empty cells: nothing lost";
 }
 
 TEST(CellClipboard, BytesRoundTripAndDamageIsNamed) {

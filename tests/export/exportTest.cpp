@@ -172,7 +172,9 @@ TEST_F(Export, BenchPrintsEveryFigureAsOursReferenceAndRatio) {
         }
         EXPECT_THAT(names, ElementsAre("blit-frame", "present-zoom1", "present-zoom2",
                                        "render-tiles", "render-specials", "render-all",
-                                       "overview-draw", "overview-cell", "pack-level", "unpack", "bucket-fill"));
+                                       "render-tiles-faint-specials", "overview-draw",
+                                       "overview-cell", "pack-level", "unpack", "bucket-fill",
+                                       "tmx-export", "tmx-import", "tmj-export", "tmj-import"));
     }
 }
 

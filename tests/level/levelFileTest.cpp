@@ -106,17 +106,33 @@ TEST(LevelFile, SavedLevelLoadsAgainUnchanged) {
     EXPECT_TRUE(level.modified) << "a failed save keeps the level modified";
 }
 
-// The WGMP value is always that of a standard level; this refusal is wanted.
-TEST(LevelFile, NonStandardSizeSavesButDoesNotLoad) {
+// The file's fixed length only fits 25,200 cells: any other count would be
+// written into a file that no reader opens, so nothing is written at all.
+TEST(LevelFile, OnlyTheFormatsCellCountIsSaved) {
     TempDir folder;
-    clsLevel level = sampleLevel(20, 10);
-    level.fileName = (folder / "small").string();
-    level.saveToFile(level.fileName, gamePalette());
-    auto stream = getFileBits(level.fileName);
-    EXPECT_EQ(stream.Size(), 3188 + 400);
+    clsLevel small = sampleLevel(20, 10);
+    small.fileName = (folder / "small").string();
+    small.modified = true;
+    try {
+        small.saveToFile(small.fileName, gamePalette());
+        ADD_FAILURE() << "a 20 x 10 level was saved";
+    } catch (const std::length_error& error) {
+        EXPECT_THAT(error.what(), ::testing::HasSubstr("20 x 10 = 200 cells"));
+        EXPECT_THAT(error.what(), ::testing::HasSubstr("25,200"));
+    }
+    EXPECT_FALSE(std::filesystem::exists(small.fileName));
+    EXPECT_TRUE(small.modified);
+
+    // Another shape of the same area is fine.
+    clsLevel tall = sampleLevel(84, 300);
+    EXPECT_EQ(tall.whyNotSavable(), "");
+    tall.fileName = (folder / "tall").string();
+    tall.saveToFile(tall.fileName, gamePalette());
+    auto stream = getFileBits(tall.fileName);
     clsLevel loaded;
     clsPalette palette;
-    EXPECT_FALSE(loaded.loadFromBits(stream, palette));
+    EXPECT_TRUE(loaded.loadFromBits(stream, palette));
+    EXPECT_EQ(loaded.width, 84);
 }
 
 TEST(LevelFile, OnlyLowBitsOfTileAndSpecialAreStored) {

@@ -1,3 +1,4 @@
+#include "data/cellRange.h"
 #include "data/levelNavigation.h"
 #include "data/levelOverview.h"
 #include "graphics/clsBackBuffer.h"
@@ -7,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <random>
 #include <vector>
 
 namespace marvek::test {
@@ -122,6 +125,60 @@ TEST(ChangedCells, FindTheSmallestRangeHoldingEveryChange) {
     EXPECT_EQ(changedCells(before, level), (CellRange{1, 1, 9, 5}));
     const std::vector<Cell> smaller(before.begin(), before.end() - 10);
     EXPECT_EQ(changedCells(smaller, level), (CellRange{0, 0, 9, 5})) << "another size: all";
+}
+
+// The range a cell-by-cell search finds, for comparison.
+std::optional<CellRange> slowChangedCells(const std::vector<Cell>& before, const clsLevel& after) {
+    std::optional<CellRange> found;
+    for (std::int32_t y = 0; y < after.height; ++y) {
+        for (std::int32_t x = 0; x < after.width; ++x) {
+            const Cell& was = before[std::size_t(y) * std::size_t(after.width) + std::size_t(x)];
+            const Cell& now = after.cellAt(x, y);
+            if (was.tile != now.tile || was.special != now.special) {
+                found = unite(found, CellRange{x, y, x, y});
+            }
+        }
+    }
+    return found;
+}
+
+TEST(ChangedCells, AgreeWithACellByCellSearchAndCoverEveryChange) {
+    std::mt19937 random(23);
+    for (int round = 0; round < 300; ++round) {
+        clsLevel level = columnLevel(1 + int(random() % 17), 1 + int(random() % 9), 3);
+        const std::vector<Cell> before(level.cells().begin(), level.cells().end());
+        const int changes = int(random() % 5);
+        for (int i = 0; i < changes; ++i) {
+            Cell& cell = level.cells()[random() % level.cells().size()];
+            if (random() % 2 == 0) {
+                cell.special ^= 1;
+            } else {
+                cell.tile = static_cast<std::int16_t>(cell.tile ^ 1);
+            }
+        }
+        const auto expected = slowChangedCells(before, level);
+        ASSERT_EQ(changedCells(before, level), expected) << "round " << round;
+        if (expected) {
+            EXPECT_TRUE(wholeLevel(level).covers(*expected));
+            EXPECT_FALSE(expected->covers(unite(*expected, CellRange{-1, 0, 0, 0})));
+        }
+    }
+}
+
+TEST(ChangedCells, AWatchTellsEachChangeOnce) {
+    clsLevel level = columnLevel(10, 6, 3);
+    CellWatch watch;
+    watch.reset(level);
+    EXPECT_FALSE(watch.takeChanges(level).has_value());
+    level.cellAt(2, 1).tile = 7;
+    level.cellAt(5, 3).special = 1;
+    EXPECT_EQ(watch.takeChanges(level), (CellRange{2, 1, 5, 3}));
+    EXPECT_FALSE(watch.takeChanges(level).has_value()) << "taken already";
+    level.cellAt(9, 0).special = 4;
+    EXPECT_EQ(watch.takeChanges(level), (CellRange{9, 0, 9, 0}));
+    clsLevel wider = columnLevel(12, 6, 3);
+    EXPECT_EQ(watch.takeChanges(wider), (CellRange{0, 0, 11, 5})) << "another size: all";
+    EXPECT_FALSE(watch.takeChanges(wider).has_value());
 }
 
 clsCamera cameraOver(std::int32_t levelWidth, std::int32_t levelHeight) {

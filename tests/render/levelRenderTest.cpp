@@ -161,6 +161,51 @@ TEST_F(LevelView, UndefinedIdsShowInLightRedOnlyWithTheirFlagBoxesAndNumbersTint
     EXPECT_FALSE(flagChangesPixel(renderFlags::tiles, renderFlags::specials, 18, 0));
 }
 
+TEST_F(LevelView, UndefinedNumbersStayInsideTheirCellsOnADarkPatch) {
+    // Glyphs as wide as half a cell: "255" needs two lines, and without
+    // the patches "255" and "63" side by side read as one number.
+    const clsFont wide = blockFont(folder_, 8, 8);
+    options_ = clsRenderOptions(wide);
+    level_.setSpecial(1, 0, 255);
+    level_.setSpecial(2, 0, 63);
+    render(renderFlags::tiles | renderFlags::specials | renderFlags::undefinedIds);
+    const std::uint32_t text = pixel(16, 0);
+    EXPECT_GT((text >> 16) & 0xFF, (text >> 8) & 0xFF) << "light red";
+    const std::uint32_t patch = pixel(24, 8);
+    EXPECT_NE(patch, text);
+    EXPECT_NE(patch, tileColour(1));
+    // "25" on the first line, "5" under it, and the last column and row of
+    // the cell left to the tile.
+    expect({{23, 7, text}, {24, 0, text}, {16, 8, text}, {30, 14, patch}});
+    expect({{31, 0, tileColour(1)}, {16, 15, tileColour(1)}, {31, 8, tileColour(1)}});
+    expect({{32, 0, text}, {46, 6, text}, {47, 0, tileColour(2)}, {32, 8, tileColour(2)}});
+}
+
+TEST_F(LevelView, FaintSpecialsAreHalfwayBetweenTheTilesAndTheSpecials) {
+    level_.setSpecial(0, 0, 4);
+    level_.setSpecial(1, 1, 2);
+    const std::int32_t shown = renderFlags::tiles | renderFlags::specials;
+    render(renderFlags::tiles);
+    const std::uint32_t tilesOnly[] = {pixel(5, 5), pixel(20, 20), pixel(40, 40)};
+    render(shown);
+    const std::uint32_t full[] = {pixel(5, 5), pixel(20, 20), pixel(40, 40)};
+    render(shown | renderFlags::faintSpecials);
+    const auto halfway = [](std::uint32_t a, std::uint32_t b) {
+        std::uint32_t mean = 0;
+        for (int shift = 0; shift < 32; shift += 8) {
+            mean |= ((((a >> shift) & 0xFF) + ((b >> shift) & 0xFF)) / 2) << shift;
+        }
+        return mean;
+    };
+    ASSERT_NE(full[0], tilesOnly[0]);
+    EXPECT_EQ(pixel(5, 5), halfway(tilesOnly[0], full[0])) << "a sprite";
+    EXPECT_EQ(pixel(20, 20), halfway(tilesOnly[1], full[1])) << "a box";
+    EXPECT_EQ(pixel(40, 40), tilesOnly[2]) << "no special, no change";
+    // Without specials the flag draws nothing.
+    render(renderFlags::tiles | renderFlags::faintSpecials);
+    EXPECT_EQ(pixel(5, 5), tilesOnly[0]);
+}
+
 TEST_F(LevelView, TheSelectedSpecialSnapsToTheCellUnderThePointer) {
     camera_.x = 20;
     level_.renderSelectedSpecial(buffer_, camera_, *specials_.getSpecialLUT(2), 30, 20, options_);

@@ -49,7 +49,7 @@ TEST(LevelDocument, TwoLevelsOfDifferentSizesKeepHistoriesOfTheirOwn) {
 
 TEST(LevelDocument, ModifiedFollowsTheStepTheFileHolds) {
     TempDir folder;
-    clsLevel level = sampleLevel(20, 10);
+    clsLevel level = sampleLevel();
     level.fileName = (folder.path() / "L1").string();
     level.saveToFile(level.fileName, clsPalette());
     auto document = documentOf(std::move(level));

@@ -186,7 +186,10 @@ TEST_F(EditingTools, BucketFillTintsAndFillsOneRegionWithTheAnchoredBrush) {
 
     const auto before = grid();
     QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(clickX, clickY));
-    EXPECT_EQ(window_->history().nextUndo(), "Bucket Fill");
+    // Auto-place cleared the specials of the sample's sky, faint in Tiles
+    // mode: the step says so.
+    EXPECT_EQ(window_->history().nextUndo(), "Bucket Fill, 19 specials removed");
+    EXPECT_EQ(action("itmEditUndo").text(), "&Undo Bucket Fill, 19 specials removed");
     const TileGrid& brush = window_->brush();
     for (std::int32_t y = 0; y < level().height; ++y) {
         for (std::int32_t x = 0; x < level().width; ++x) {
@@ -286,6 +289,69 @@ TEST_F(EditingTools, CutCellsTravelToAnotherLevelWithTheirSpecials) {
     EXPECT_EQ(*window_->brushCells(), cut) << "the brush stays";
 }
 
+TEST_F(EditingTools, InSpecialsModeCutDeleteAndPasteWorkOnTheSpecialsAlone) {
+    start();
+    QTest::keyClick(window_, Qt::Key_S);
+    const auto id = static_cast<std::uint8_t>(window_->selectedSpecial()->Id);
+    QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(4, 3));
+    QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(8, 3));
+    QTest::keyClick(window_, Qt::Key_R);
+    dragOnView(cell(3, 2), cell(5, 3));
+    const CellBlock selected = copyCells(level(), *window_->cellSelection());
+
+    // Cut: the clipboard has tiles and specials, the level loses only the specials.
+    ctrlKey(Qt::Key_X);
+    EXPECT_EQ(window_->history().nextUndo(), "Cut Specials");
+    const auto cut = cellsFromClipboard();
+    EXPECT_EQ(cut.block, selected);
+    for (int x = 3; x <= 5; ++x) {
+        for (int y = 2; y <= 3; ++y) {
+            EXPECT_EQ(level().cellAt(x, y).tile, selected.at(x - 3, y - 2).tile) << x << "," << y;
+            EXPECT_EQ(level().cellAt(x, y).special, 0) << x << "," << y;
+        }
+    }
+
+    // Paste: the brush puts down the pasted specials where it is clicked, tiles stay.
+    ctrlKey(Qt::Key_V);
+    EXPECT_EQ(window_->mode(), frmMain::specialsMode);
+    EXPECT_EQ(window_->tool(), frmMain::Tool::brush);
+    ASSERT_NE(window_->specialsBrush(), nullptr);
+    const auto before = grid();
+    QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(20, 6));
+    EXPECT_EQ(window_->history().nextUndo(), "Place Specials");
+    ASSERT_EQ(selected.at(1, 1).special, id);
+    auto expected = before;
+    for (int dy = 0; dy < 2; ++dy) {
+        for (int dx = 0; dx < 3; ++dx) {
+            if (const std::uint8_t special = selected.at(dx, dy).special; special != 0) {
+                expected[static_cast<std::size_t>((6 + dy) * level().width + 20 + dx) * 4 + 2] =
+                    special;
+            }
+        }
+    }
+    EXPECT_EQ(grid(), expected) << "the pasted specials, and no tile";
+
+    // Delete of a selection over a placed special: the special goes, the tiles stay.
+    dragOnView(cell(7, 3), cell(9, 3));
+    const auto beforeDelete = grid();
+    QTest::keyClick(window_, Qt::Key_Delete);
+    EXPECT_EQ(window_->history().nextUndo(), "Delete Specials");
+    auto afterDelete = beforeDelete;
+    afterDelete[static_cast<std::size_t>(3 * level().width + 8) * 4 + 2] = 0;
+    EXPECT_EQ(grid(), afterDelete);
+
+    // Choosing a special from the palette ends the pasted brush.
+    QTest::mouseClick(&palette(), Qt::LeftButton, {}, {40, PictureBox::border + 1});
+    EXPECT_EQ(window_->specialsBrush(), nullptr);
+
+    // In Tiles mode Delete clears the whole cells, as before.
+    QTest::keyClick(window_, Qt::Key_T);
+    dragOnView(cell(3, 2), cell(3, 2));
+    QTest::keyClick(window_, Qt::Key_Delete);
+    EXPECT_EQ(window_->history().nextUndo(), "Delete");
+    EXPECT_EQ(level().cellAt(3, 2), Cell{});
+}
+
 TEST_F(EditingTools, ACtrlDragFillWithPastedCellsPutsDownTheirOwnSpecials) {
     start();
     // A tile whose default special differs from the one the pasted cell carries.
@@ -353,7 +419,8 @@ TEST_F(EditingTools, HistoryClicksGiveBackEachStepsGridAndSurviveDroppedSteps) {
     // A new step drops the steps ahead of it.
     QTest::keyClick(window_, Qt::Key_F);
     QTest::mouseClick(&view(), Qt::LeftButton, {}, cell(30, 2));
-    EXPECT_EQ(panel.entries(), (QStringList{"Earlier steps", "Paint", "Paint", "Bucket Fill"}));
+    EXPECT_EQ(panel.entries(),
+              (QStringList{"Earlier steps", "Paint", "Paint", "Bucket Fill, 19 specials removed"}));
     EXPECT_EQ(panel.currentEntry(), 3);
 }
 

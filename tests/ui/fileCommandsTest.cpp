@@ -11,6 +11,8 @@
 #include <QAction>
 #include <QPushButton>
 
+#include <algorithm>
+
 namespace marvek::test {
 namespace {
 
@@ -95,6 +97,42 @@ TEST_F(FileCommands, AFailedSaveNamesTheFileAndKeepsTheLevelModified) {
         << "Save goes on meaning the level's own file";
     EXPECT_EQ(dialogs_->lastFolder(), toQString(dataFolder()))
         << "the next file dialog opens where the last good choice was";
+}
+
+// The reader fills in what a short body lacks, so such a level opens.
+void claimSize(const fs::path& file, std::uint32_t width, std::uint32_t height) {
+    auto bytes = unpacked(file);
+    const auto setLong = [&bytes](const char* id, std::uint32_t value) {
+        auto at = std::search(bytes.begin(), bytes.end(), id, id + 4) + 8;
+        for (int shift = 24; shift >= 0; shift -= 8) {
+            *at++ = static_cast<std::uint8_t>(value >> shift);
+        }
+    };
+    setLong("XBLK", width);
+    setLong("YBLK", height);
+    writeBytes(file, bytes);
+}
+
+TEST_F(FileCommands, ALevelTheFormatCannotHoldIsNeverSaved) {
+    const fs::path file = dataFolder() / "L1MA1";
+    claimSize(file, 1024, 1024);
+    const auto before = readBytes(file);
+    frmMain& window = startEditor();
+    ASSERT_EQ(window.openedLevel()->level.width, 1024);
+    messages_->shown.clear(); // the repairs made while loading
+    paintCorner(window, 7);
+
+    run(window, "itmFileSave");
+    run(window, "itmFileSaveAs");
+    ASSERT_EQ(messages_->shown.size(), 2U);
+    for (const auto& shown : messages_->shown) {
+        EXPECT_TRUE(shown.text.contains("1024 x 1024 = 1048576 cells")) << shown.text.toStdString();
+        EXPECT_TRUE(shown.text.contains("25,200")) << shown.text.toStdString();
+        EXPECT_EQ(shown.style, messageStyle::exclamation);
+    }
+    EXPECT_TRUE(dialogs_->fileRequests.empty()) << "no name can make it savable";
+    EXPECT_EQ(readBytes(file), before);
+    EXPECT_TRUE(window.isWindowModified());
 }
 
 TEST_F(FileCommands, FileDialogsFollowTheDataFolderUntilTheUserChoosesAnother) {

@@ -38,7 +38,7 @@ void turnWheel(QWidget& widget, int delta) {
 TEST_F(MainWindow, OpensWithTilesAtZoomTwoAndTheTilePalette) {
     frmMain& window = startEditor();
     EXPECT_EQ(window.mode(), frmMain::tilesMode);
-    EXPECT_EQ(window.renderFlags(), 13) << "tiles, oversize marks and outlines";
+    EXPECT_EQ(window.renderFlags(), 79) << "tiles, faint specials, oversize marks and outlines";
     const auto& level = child<PictureBox>(window, "picLevel");
     EXPECT_EQ(window.levelBuffer().zoom(), 2);
     EXPECT_EQ(window.levelBuffer().width(), (level.width() - 4) / 2);
@@ -108,6 +108,53 @@ TEST_F(MainWindow, KeysToggleWhatIsDrawnInEitherCase) {
     EXPECT_EQ(window.levelCamera().levelWidth, levelWidth * 16);
 }
 
+TEST_F(MainWindow, KShowsSpecialsFaintlyInTilesModeAndTheChoiceIsKept) {
+    frmMain& window = startEditor();
+    ASSERT_EQ(window.mode(), frmMain::tilesMode);
+    const std::int32_t faint = renderFlags::specials | renderFlags::faintSpecials;
+    EXPECT_EQ(window.renderFlags() & faint, faint) << "on when the setting is absent";
+    auto* toggle = window.findChild<QAction*>("itmViewSpecialsInTilesMode");
+    ASSERT_NE(toggle, nullptr);
+    EXPECT_TRUE(toggle->isChecked());
+
+    typeKey(window, 'k');
+    EXPECT_EQ(window.renderFlags() & faint, 0);
+    EXPECT_FALSE(toggle->isChecked());
+    const auto settings = readBytes(settingsFile());
+    EXPECT_NE(std::string(settings.begin(), settings.end()).find("specialsInTilesMode = 0"),
+              std::string::npos);
+
+    // Specials mode draws them at full strength whatever the choice.
+    typeKey(window, 's');
+    EXPECT_EQ(window.renderFlags() & faint, renderFlags::specials);
+    typeKey(window, 't');
+    EXPECT_EQ(window.renderFlags() & faint, 0);
+    toggle->trigger();
+    EXPECT_EQ(window.renderFlags() & faint, faint);
+}
+
+TEST_F(MainWindow, ASmallWindowKeepsAUsableLevelViewAndThePanelsGiveWay) {
+    frmMain& window = startEditor();
+    for (const char* panel : {"itmViewOverview", "itmViewSpecialsList", "itmViewHistory"}) {
+        auto* toggle = window.findChild<QAction*>(panel);
+        ASSERT_NE(toggle, nullptr);
+        if (!toggle->isChecked()) {
+            toggle->trigger();
+        }
+    }
+    window.resize(400, 300);
+    QApplication::processEvents();
+    const auto& view = child<PictureBox>(window, "picLevel");
+    EXPECT_GE(view.width(), 160);
+    EXPECT_GE(view.height(), 96);
+    EXPECT_GE(window.levelBuffer().width(), 80) << "at least five cells across at 200 %";
+    for (const char* dock : {"dockOverview", "dockSpecials", "dockHistory"}) {
+        if (auto* panel = window.findChild<QWidget*>(dock)) {
+            EXPECT_TRUE(panel->isVisible()) << dock;
+        }
+    }
+}
+
 TEST_F(MainWindow, TheGridKeepsTheCellAtTheViewsTopLeft) {
     frmMain& window = startEditor();
     // Scroll well into the level, partway into a cell, by a right drag.
@@ -158,13 +205,13 @@ TEST_F(MainWindow, TabsAndTheirKeysSwitchTheModeAndThePalette) {
     typeKey(window, 's');
     EXPECT_EQ(tabs.currentIndex(), 1);
     EXPECT_EQ(window.mode(), frmMain::specialsMode);
-    EXPECT_EQ(window.renderFlags() & 3, 3) << "specials are drawn";
+    EXPECT_EQ(window.renderFlags() & 67, 3) << "specials are drawn at full strength";
     const int specialsHeight = window.openedLevel()->specialSet.paletteHeight();
     EXPECT_EQ(scroll.maximum(),
               std::max(0, specialsHeight - child<PictureBox>(window, "picPalette").height()));
     typeKey(window, 'T');
     EXPECT_EQ(window.mode(), frmMain::tilesMode);
-    EXPECT_EQ(window.renderFlags() & 3, 1);
+    EXPECT_EQ(window.renderFlags() & 67, 67) << "faint specials over the tiles";
     EXPECT_EQ(scroll.maximum(), tileMaximum);
 
     // Holding Shift shows the selection instead of the brush; the tab
@@ -185,6 +232,9 @@ TEST_F(MainWindow, TabsAndTheirKeysSwitchTheModeAndThePalette) {
 TEST_F(MainWindow, TheWheelScrollsThePaletteWithinItsRange) {
     frmMain& window = startEditor();
     typeKey(window, 'm'); // the overview panel would keep the window tall
+    // As small as the window goes: the level view keeps its least height.
+    window.resize(1280, 160);
+    QApplication::processEvents();
     window.resize(1280, 160);
     QApplication::processEvents();
     auto& scroll = child<QScrollBar>(window, "scrlPalette");

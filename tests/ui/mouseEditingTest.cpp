@@ -259,6 +259,38 @@ TEST_F(MouseEditing, CtrlDragInTilesModeRepeatsTheBrushAndPlacingSpecialsIsOneSt
     expectUndoAndRedo(before, "Place Special");
 }
 
+TEST_F(MouseEditing, LettingGoOfTheKeyBeforeTheButtonStillCompletesACopyOrFill) {
+    start();
+    // Ctrl up mid-drag: the fill still lands where the button is let go.
+    const std::int32_t brushTile = window_->brush().at(0, 0);
+    QTest::mousePress(&view(), Qt::LeftButton, Qt::ControlModifier, cell(2, 2));
+    QTest::keyRelease(window_, Qt::Key_Control);
+    QTest::mouseMove(&view(), cell(4, 3));
+    QTest::mouseRelease(&view(), Qt::LeftButton, {}, cell(4, 3));
+    for (int y = 2; y <= 3; ++y) {
+        for (int x = 2; x <= 4; ++x) {
+            EXPECT_EQ(level().cellAt(x, y).tile, brushTile) << x << "," << y;
+        }
+    }
+    EXPECT_EQ(window_->history().nextUndo(), "Fill");
+    EXPECT_EQ(window_->dragState(), 0);
+    EXPECT_FALSE(window_->selectionVisible());
+
+    // Shift up mid-drag: the copy still becomes the brush.
+    QTest::mousePress(&view(), Qt::LeftButton, Qt::ShiftModifier, cell(10, 5));
+    QTest::keyRelease(window_, Qt::Key_Shift);
+    QTest::mouseMove(&view(), cell(11, 6));
+    QTest::mouseRelease(&view(), Qt::LeftButton, {}, cell(11, 6));
+    ASSERT_EQ(window_->brush().width(), 2);
+    ASSERT_EQ(window_->brush().height(), 2);
+    EXPECT_EQ(window_->brush().at(1, 1), level().cellAt(11, 6).tile);
+
+    // With no drag on, letting go of the key still ends what it began.
+    QTest::keyPress(window_, Qt::Key_Control);
+    QTest::keyRelease(window_, Qt::Key_Control);
+    EXPECT_EQ(window_->dragState(), 0);
+}
+
 TEST_F(MouseEditing, ARightDragScrollsBySensitivityWithThePointerHeldInPlace) {
     start(15);
     EXPECT_FLOAT_EQ(window_->moveSensitivity(), 1.5F);

@@ -2,6 +2,7 @@
 // level named on the command line.
 #include "EditorFixture.h"
 
+#include "app/LevelLock.h"
 #include "ui/LevelDocument.h"
 
 #include "app/autosave.h"
@@ -20,6 +21,7 @@
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QTest>
 #include <QUrl>
 
@@ -209,15 +211,84 @@ TEST_F(Recovery, SaveAsTakesTheCopyOffTheFormerFile) {
     EXPECT_TRUE(fs::exists(copy()));
 }
 
-TEST_F(Recovery, AFailedRecoveryWriteSaysSoAndTheEditorGoesOn) {
+TEST_F(Recovery, AFailingRecoveryCopyIsToldOnceAndAgainWhenItWorks) {
     frmMain& window = startWithHandTimer();
     paintCorner(window, 5);
     fs::create_directory(copy()); // nothing can be written in its place
     timer_->fire();
-    EXPECT_TRUE(messages_->shown.empty()) << "no box every few seconds";
+    ASSERT_EQ(messages_->shown.size(), 1U);
+    EXPECT_TRUE(messages_->shown[0].text.contains(toQString(copy())));
+    EXPECT_EQ(messages_->shown[0].style, messageStyle::exclamation);
+    EXPECT_TRUE(window.statusBar()->currentMessage().contains("could not be written"));
     EXPECT_TRUE(window.openedLevel()->level.modified);
+
     paintCorner(window, 6);
     EXPECT_TRUE(timer_->active) << "the next change tries again";
+    timer_->fire();
+    EXPECT_EQ(messages_->shown.size(), 1U) << "no box at every retry";
+
+    fs::remove(copy());
+    paintCorner(window, 7);
+    timer_->fire();
+    ASSERT_EQ(messages_->shown.size(), 2U);
+    EXPECT_TRUE(messages_->shown[1].text.contains("written again"));
+    EXPECT_EQ(readLevel(copy()).level.cellAt(0, 0).tile, 7);
+    paintCorner(window, 8);
+    timer_->fire();
+    EXPECT_EQ(messages_->shown.size(), 2U) << "working is only told after a failure";
+}
+
+TEST_F(Recovery, ALevelAnotherEditorHoldsOpensReadOnlyAndLeavesItsCopyAlone) {
+    // The other editor's lock, and its work kept beside the level.
+    const LevelLock other(level());
+    ASSERT_TRUE(other.held());
+    leaveRecoveryCopy(9, 0x00123456);
+    setAge(level(), 1h);
+    const auto theirCopy = readBytes(copy());
+    const auto saved = readBytes(level());
+
+    messages_->answers = {messageAnswer::yes};
+    frmMain& window = startWithHandTimer();
+    ASSERT_EQ(messages_->shown.size(), 1U) << "asked about the lock, not about the copy";
+    EXPECT_EQ(messages_->shown[0].style, messageStyle::yesNoQuestion);
+    EXPECT_TRUE(
+        messages_->shown[0].text.contains("L1MA1 is open in another editor (process " +
+                                          QString::number(QCoreApplication::applicationPid())));
+    EXPECT_TRUE(window.isReadOnly());
+    EXPECT_TRUE(window.windowTitle().contains("(read-only)"));
+
+    paintCorner(window, 5);
+    EXPECT_FALSE(window.fileSave());
+    EXPECT_FALSE(window.fileSaveAs());
+    EXPECT_TRUE(dialogs_->fileRequests.empty());
+    ASSERT_EQ(messages_->shown.size(), 3U);
+    EXPECT_TRUE(messages_->shown[1].text.contains("read-only"));
+    timer_->fire();
+    EXPECT_TRUE(window.keepUnsavedWork().contains("not kept"));
+    messages_->answers = {messageAnswer::no};
+    EXPECT_TRUE(window.close());
+    EXPECT_EQ(readBytes(level()), saved);
+    EXPECT_EQ(readBytes(copy()), theirCopy) << "only the holder writes or removes it";
+}
+
+TEST_F(Recovery, DecliningALevelAnotherEditorHoldsKeepsTheOpenOne) {
+    frmMain& window = startEditor();
+    EXPECT_FALSE(window.isReadOnly());
+    EXPECT_FALSE(LevelLock(level()).held()) << "the editor holds its level";
+
+    const fs::path second = dataFolder() / "L1MA2";
+    const LevelLock other(second);
+    dialogs_->fileAnswers = {{toQString(second)}};
+    messages_->answers = {messageAnswer::no};
+    answerModals({clickOk});
+    EXPECT_FALSE(window.fileOpen());
+    ASSERT_EQ(messages_->shown.size(), 2U);
+    EXPECT_TRUE(messages_->shown[1].text.contains("left to that editor"));
+    EXPECT_EQ(window.openedLevel()->level.fileName, level().string());
+    EXPECT_FALSE(LevelLock(level()).held()) << "still held after the refusal";
+
+    windows_.reset();
+    EXPECT_TRUE(LevelLock(level()).held()) << "let go when the editor ends";
 }
 
 TEST_F(Recovery, ANewerCopyIsOfferedAndYesGivesBackItsCellsAndPalette) {

@@ -1,0 +1,306 @@
+#include "maps/layerData.h"
+
+#include "data/clsLevel.h"
+
+#include <zlib.h>
+#include <zstd.h>
+
+#include <array>
+#include <charconv>
+#include <memory>
+#include <stdexcept>
+
+namespace marvek {
+namespace {
+
+// No level has more cells, so no layer data unpacks to more bytes.
+constexpr std::size_t largestLayerBytes = 4 * static_cast<std::size_t>(clsLevel::maximumCells);
+constexpr std::string_view base64Digits =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+constexpr int zlibWindow = 15;
+constexpr int gzipWrapper = 16;
+constexpr int detectWrapper = 32;
+
+std::string base64(std::span<const std::uint8_t> bytes) {
+    std::string text;
+    text.reserve((bytes.size() + 2) / 3 * 4);
+    for (std::size_t i = 0; i < bytes.size(); i += 3) {
+        const std::size_t left = bytes.size() - i;
+        std::uint32_t group = std::uint32_t{bytes[i]} << 16;
+        group |= left > 1 ? std::uint32_t{bytes[i + 1]} << 8 : 0;
+        group |= left > 2 ? std::uint32_t{bytes[i + 2]} : 0;
+        for (std::size_t digit = 0; digit < 4; ++digit) {
+            text += digit <= left ? base64Digits[(group >> (18 - 6 * digit)) & 63] : '=';
+        }
+    }
+    return text;
+}
+
+std::vector<std::uint8_t> unbase64(std::string_view text) {
+    std::array<int, 256> values{};
+    values.fill(-1);
+    for (std::size_t i = 0; i < base64Digits.size(); ++i) {
+        values[static_cast<unsigned char>(base64Digits[i])] = static_cast<int>(i);
+    }
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(text.size() / 4 * 3);
+    std::uint32_t group = 0;
+    int bits = 0;
+    bool padded = false;
+    for (const char c : text) {
+        if (c == ' ' || c == '\n' || c == '\r' || c == '\t') {
+            continue;
+        }
+        if (c == '=') {
+            padded = true;
+            continue;
+        }
+        const int value = values[static_cast<unsigned char>(c)];
+        if (value < 0 || padded) {
+            throw std::runtime_error("the layer's base64 data holds a stray '" + std::string(1, c) +
+                                     "'");
+        }
+        group = group << 6 | static_cast<std::uint32_t>(value);
+        bits += 6;
+        if (bits >= 8) {
+            bits -= 8;
+            bytes.push_back(static_cast<std::uint8_t>(group >> bits));
+        }
+    }
+    return bytes;
+}
+
+std::vector<std::uint8_t> deflated(std::span<const std::uint8_t> bytes, int windowBits) {
+    z_stream stream{};
+    if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, windowBits, 8,
+                     Z_DEFAULT_STRATEGY) != Z_OK) {
+        throw std::runtime_error("zlib cannot start compressing");
+    }
+    std::vector<std::uint8_t> packed(deflateBound(&stream, static_cast<uLong>(bytes.size())));
+    stream.next_in = const_cast<Bytef*>(bytes.data()); // zlib does not write through it
+    stream.avail_in = static_cast<uInt>(bytes.size());
+    stream.next_out = packed.data();
+    stream.avail_out = static_cast<uInt>(packed.size());
+    const int status = deflate(&stream, Z_FINISH);
+    packed.resize(stream.total_out);
+    deflateEnd(&stream);
+    if (status != Z_STREAM_END) {
+        throw std::runtime_error("zlib cannot compress the layer");
+    }
+    return packed;
+}
+
+std::vector<std::uint8_t> inflated(std::span<const std::uint8_t> bytes) {
+    z_stream stream{};
+    if (inflateInit2(&stream, zlibWindow + detectWrapper) != Z_OK) {
+        throw std::runtime_error("zlib cannot start unpacking");
+    }
+    const std::unique_ptr<z_stream, int (*)(z_stream*)> owner(&stream, inflateEnd);
+    std::vector<std::uint8_t> out;
+    std::array<std::uint8_t, 65536> block{};
+    stream.next_in = const_cast<Bytef*>(bytes.data()); // zlib does not write through it
+    stream.avail_in = static_cast<uInt>(bytes.size());
+    int status = Z_OK;
+    while (status != Z_STREAM_END) {
+        stream.next_out = block.data();
+        stream.avail_out = static_cast<uInt>(block.size());
+        status = inflate(&stream, Z_NO_FLUSH);
+        if (status != Z_OK && status != Z_STREAM_END) {
+            throw std::runtime_error("the layer's compressed data is damaged");
+        }
+        out.insert(out.end(), block.begin(), block.end() - stream.avail_out);
+        if (out.size() > largestLayerBytes) {
+            throw std::runtime_error("the layer's data unpacks to more cells than a level holds");
+        }
+        if (status == Z_OK && stream.avail_in == 0 && stream.avail_out != 0) {
+            throw std::runtime_error("the layer's compressed data ends early");
+        }
+    }
+    return out;
+}
+
+std::vector<std::uint8_t> zstdPacked(std::span<const std::uint8_t> bytes) {
+    std::vector<std::uint8_t> packed(ZSTD_compressBound(bytes.size()));
+    const std::size_t size = ZSTD_compress(packed.data(), packed.size(), bytes.data(), bytes.size(),
+                                           ZSTD_CLEVEL_DEFAULT);
+    if (ZSTD_isError(size) != 0) {
+        throw std::runtime_error(std::string("zstd cannot compress the layer: ") +
+                                 ZSTD_getErrorName(size));
+    }
+    packed.resize(size);
+    return packed;
+}
+
+std::vector<std::uint8_t> zstdUnpacked(std::span<const std::uint8_t> bytes) {
+    const std::unique_ptr<ZSTD_DStream, std::size_t (*)(ZSTD_DStream*)> stream(ZSTD_createDStream(),
+                                                                               ZSTD_freeDStream);
+    if (!stream) {
+        throw std::runtime_error("zstd cannot start unpacking");
+    }
+    std::vector<std::uint8_t> out;
+    std::array<std::uint8_t, 65536> block{};
+    ZSTD_inBuffer in{bytes.data(), bytes.size(), 0};
+    std::size_t status = 1;
+    while (in.pos < in.size || status != 0) {
+        ZSTD_outBuffer chunk{block.data(), block.size(), 0};
+        status = ZSTD_decompressStream(stream.get(), &chunk, &in);
+        if (ZSTD_isError(status) != 0) {
+            throw std::runtime_error(std::string("the layer's zstd data is damaged: ") +
+                                     ZSTD_getErrorName(status));
+        }
+        out.insert(out.end(), block.begin(),
+                   block.begin() + static_cast<std::ptrdiff_t>(chunk.pos));
+        if (out.size() > largestLayerBytes) {
+            throw std::runtime_error("the layer's data unpacks to more cells than a level holds");
+        }
+        if (status != 0 && in.pos == in.size && chunk.pos < chunk.size) {
+            throw std::runtime_error("the layer's zstd data ends early");
+        }
+    }
+    return out;
+}
+
+std::vector<std::uint8_t> littleEndian(std::span<const std::uint32_t> gids) {
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(gids.size() * 4);
+    for (const std::uint32_t gid : gids) {
+        for (int shift = 0; shift < 32; shift += 8) {
+            bytes.push_back(static_cast<std::uint8_t>(gid >> shift));
+        }
+    }
+    return bytes;
+}
+
+std::vector<std::uint32_t> gidsOf(std::span<const std::uint8_t> bytes) {
+    if (bytes.size() % 4 != 0) {
+        throw std::runtime_error("the layer's data is " + std::to_string(bytes.size()) +
+                                 " bytes long, not a whole number of cells");
+    }
+    std::vector<std::uint32_t> gids(bytes.size() / 4);
+    for (std::size_t i = 0; i < gids.size(); ++i) {
+        gids[i] = std::uint32_t{bytes[4 * i]} | std::uint32_t{bytes[4 * i + 1]} << 8 |
+                  std::uint32_t{bytes[4 * i + 2]} << 16 | std::uint32_t{bytes[4 * i + 3]} << 24;
+    }
+    return gids;
+}
+
+std::string csv(std::span<const std::uint32_t> gids, std::int32_t width) {
+    std::string text = "\n";
+    text.reserve(gids.size() * 5);
+    std::array<char, 16> number{};
+    for (std::size_t i = 0; i < gids.size(); ++i) {
+        const auto end = std::to_chars(number.data(), number.data() + number.size(), gids[i]).ptr;
+        text.append(number.data(), end);
+        if (i + 1 < gids.size()) {
+            text += ',';
+        }
+        if (width > 0 && (i + 1) % static_cast<std::size_t>(width) == 0) {
+            text += '\n';
+        }
+    }
+    return text;
+}
+
+bool isBlank(char c) {
+    return c == ' ' || c == '\n' || c == '\r' || c == '\t';
+}
+
+// A level's layers are tens of thousands of small numbers: read digit by
+// digit, which is what keeps the import near the XML parser's own speed.
+std::vector<std::uint32_t> uncsv(std::string_view text) {
+    std::vector<std::uint32_t> gids;
+    gids.reserve(text.size() / 2);
+    std::size_t at = 0;
+    const auto skipBlanks = [&] {
+        while (at < text.size() && isBlank(text[at])) {
+            ++at;
+        }
+    };
+    skipBlanks();
+    while (at < text.size()) {
+        const std::size_t start = at;
+        std::uint64_t gid = 0;
+        while (at < text.size() && text[at] >= '0' && text[at] <= '9' && gid <= UINT32_MAX) {
+            gid = gid * 10 + static_cast<std::uint64_t>(text[at] - '0');
+            ++at;
+        }
+        if (at == start || gid > UINT32_MAX) {
+            throw std::runtime_error(
+                "the layer's CSV data holds \"" + std::string(text.substr(start, 12)) +
+                "\" where a tile number belongs (cell " + std::to_string(gids.size()) + ")");
+        }
+        gids.push_back(static_cast<std::uint32_t>(gid));
+        skipBlanks();
+        if (at < text.size() && text[at] == ',') {
+            ++at;
+            skipBlanks();
+        }
+    }
+    return gids;
+}
+
+} // namespace
+
+LayerFormat layerFormatNamed(std::string_view name) {
+    constexpr std::array<std::pair<std::string_view, LayerFormat>, 6> names{{
+        {"csv", LayerFormat::csv},
+        {"base64", LayerFormat::base64},
+        {"zlib", LayerFormat::zlib},
+        {"gzip", LayerFormat::gzip},
+        {"zstd", LayerFormat::zstd},
+        {"xml", LayerFormat::xml},
+    }};
+    for (const auto& [known, format] : names) {
+        if (known == name) {
+            return format;
+        }
+    }
+    throw std::invalid_argument("no layer format is called \"" + std::string(name) +
+                                "\" (csv, base64, zlib, gzip, zstd or xml)");
+}
+
+EncodedLayer encodeLayer(std::span<const std::uint32_t> gids, LayerFormat format,
+                         std::int32_t width) {
+    switch (format) {
+    case LayerFormat::csv:
+    case LayerFormat::xml:
+        return {"", "", csv(gids, width)};
+    case LayerFormat::base64:
+        return {"base64", "", base64(littleEndian(gids))};
+    case LayerFormat::zlib:
+        return {"base64", "zlib", base64(deflated(littleEndian(gids), zlibWindow))};
+    case LayerFormat::gzip:
+        return {"base64", "gzip", base64(deflated(littleEndian(gids), zlibWindow + gzipWrapper))};
+    case LayerFormat::zstd:
+        return {"base64", "zstd", base64(zstdPacked(littleEndian(gids)))};
+    }
+    throw std::invalid_argument("unknown layer format");
+}
+
+std::vector<std::uint32_t> decodeLayer(std::string_view text, std::string_view encoding,
+                                       std::string_view compression) {
+    if (encoding == "csv") {
+        if (!compression.empty()) {
+            throw std::runtime_error("CSV layer data cannot be compressed");
+        }
+        return uncsv(text);
+    }
+    if (encoding != "base64") {
+        throw std::runtime_error("the layer's data encoding \"" + std::string(encoding) +
+                                 "\" is not csv or base64");
+    }
+    const std::vector<std::uint8_t> bytes = unbase64(text);
+    if (compression.empty()) {
+        return gidsOf(bytes);
+    }
+    if (compression == "zlib" || compression == "gzip") {
+        return gidsOf(inflated(bytes));
+    }
+    if (compression == "zstd") {
+        return gidsOf(zstdUnpacked(bytes));
+    }
+    throw std::runtime_error("the layer's compression \"" + std::string(compression) +
+                             "\" is not zlib, gzip or zstd");
+}
+
+} // namespace marvek
