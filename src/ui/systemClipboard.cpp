@@ -21,7 +21,7 @@ void putCellsOnClipboard(const CellBlock& block) {
     QGuiApplication::clipboard()->setMimeData(data.release());
 }
 
-ClipboardCells cellsFromClipboard() {
+ClipboardCells cellsFromClipboard(std::int32_t tileCount) {
     const QMimeData* data = QGuiApplication::clipboard()->mimeData();
     if (data == nullptr) {
         throw CellClipboardError("the clipboard is empty");
@@ -33,7 +33,7 @@ ClipboardCells cellsFromClipboard() {
                 true};
     }
     if (data->hasText()) {
-        return {cellsFromText(data->text().toStdString()), false};
+        return {cellsFromText(data->text().toStdString(), tileCount), false};
     }
     throw CellClipboardError("the clipboard holds neither cells nor text");
 }

@@ -2,6 +2,8 @@
 
 #include "data/CellBlock.h"
 
+#include <cstdint>
+
 namespace marvek {
 
 // Puts the cells on the system clipboard twice: in the editor's own MIME
@@ -9,12 +11,13 @@ namespace marvek {
 void putCellsOnClipboard(const CellBlock& block);
 
 // What the clipboard holds: the editor's cells, or else a text grid of
-// tile numbers read as tiles alone (carriesSpecials false). Throws
+// tile numbers of a set of tileCount tiles, read as tiles alone
+// (carriesSpecials false). Throws
 // CellClipboardError when it holds neither, saying why.
 struct ClipboardCells {
     CellBlock block;
     bool carriesSpecials = false;
 };
-ClipboardCells cellsFromClipboard();
+ClipboardCells cellsFromClipboard(std::int32_t tileCount);
 
 } // namespace marvek
