@@ -148,8 +148,7 @@ int runGraphics(const Arguments& arguments, const char* usage) {
         if (parsed->action == "export") {
             exportPicture(*parsed);
         } else {
-            importPicture(parsed->input, parsed->output, parsed->format,
-                          paletteChoice(*parsed).storesPalette());
+            importPicture(parsed->input, parsed->output, parsed->format, paletteChoice(*parsed));
         }
         return 0;
     } catch (const std::exception& error) {
