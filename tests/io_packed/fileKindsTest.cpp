@@ -53,8 +53,7 @@ TEST(FileKinds, UnreadableFilesSayTheSystemsReason) {
     // Works as root too, where permissions would not stop a read.
     fs::create_symlink(folder / "b", folder / "a");
     fs::create_symlink(folder / "a", folder / "b");
-    expectEveryReaderRefuses(folder / "a",
-                             "too many levels of symbolic links");
+    expectEveryReaderRefuses(folder / "a", "too many levels of symbolic links");
     EXPECT_EQ(reasonOf([&] { readWholeFile(folder / "none"); }), "the file does not exist");
 }
 
