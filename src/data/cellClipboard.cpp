@@ -21,6 +21,23 @@ std::uint16_t wordAt(std::span<const std::uint8_t> bytes, std::size_t offset) {
     return static_cast<std::uint16_t>((bytes[offset] << 8) | bytes[offset + 1]);
 }
 
+std::string tilesText(std::size_t count) {
+    return std::to_string(count) + (count == 1 ? " tile" : " tiles");
+}
+
+void checkTile(std::int32_t tile, std::size_t lineNumber, std::int32_t tileCount) {
+    const std::string where = "line " + std::to_string(lineNumber) +
+                              " of the clipboard's text holds tile " + std::to_string(tile);
+    if (tile > clsLevel::largestFileTile) {
+        throw CellClipboardError(where + ", above " + std::to_string(clsLevel::largestFileTile) +
+                                 ", the largest a level keeps");
+    }
+    if (tile >= tileCount) {
+        throw CellClipboardError(where + ", past the tile set's last tile, " +
+                                 std::to_string(tileCount - 1));
+    }
+}
+
 } // namespace
 
 std::vector<std::uint8_t> encodeCells(const CellBlock& block) {
@@ -99,7 +116,7 @@ std::string cellsAsText(const CellBlock& block) {
     return text;
 }
 
-CellBlock cellsFromText(const std::string& text) {
+CellBlock cellsFromText(const std::string& text, std::int32_t tileCount) {
     std::vector<std::vector<std::int32_t>> rows;
     std::istringstream lines(text);
     std::string line;
@@ -126,12 +143,7 @@ CellBlock cellsFromText(const std::string& text) {
                 throw CellClipboardError("line " + std::to_string(lineNumber) +
                                          " of the clipboard's text is not a row of tile numbers");
             }
-            if (tile > clsLevel::largestFileTile) {
-                throw CellClipboardError(
-                    "line " + std::to_string(lineNumber) + " of the clipboard's text holds tile " +
-                    std::to_string(tile) + ", above " + std::to_string(clsLevel::largestFileTile) +
-                    ", the largest a level keeps");
-            }
+            checkTile(tile, lineNumber, tileCount);
             row.push_back(tile);
             at = next;
         }
@@ -140,9 +152,8 @@ CellBlock cellsFromText(const std::string& text) {
         }
         if (!rows.empty() && row.size() != rows.front().size()) {
             throw CellClipboardError("line " + std::to_string(lineNumber) +
-                                     " of the clipboard's text has " + std::to_string(row.size()) +
-                                     " tiles where the first row has " +
-                                     std::to_string(rows.front().size()));
+                                     " of the clipboard's text has " + tilesText(row.size()) +
+                                     " where the first row has " + tilesText(rows.front().size()));
         }
         rows.push_back(std::move(row));
         if (rows.size() * rows.front().size() >

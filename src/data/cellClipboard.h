@@ -30,8 +30,9 @@ CellBlock decodeCells(std::span<const std::uint8_t> bytes);
 // text editor or spreadsheet.
 std::string cellsAsText(const CellBlock& block);
 // Reads such a grid back as tiles without specials (blanks or tabs between
-// numbers, rows of equal length). Throws CellClipboardError naming the line
-// that is not a row of tile numbers.
-CellBlock cellsFromText(const std::string& text);
+// numbers, rows of equal length), each a tile of a set of tileCount tiles.
+// Throws CellClipboardError naming the line that is not a row of such tile
+// numbers.
+CellBlock cellsFromText(const std::string& text, std::int32_t tileCount);
 
 } // namespace marvek

@@ -62,9 +62,12 @@ public:
     // Pixels between cell origins when drawing: 16, or 17 with the grid shown.
     std::int32_t tileSpacing = 16;
 
+    static constexpr std::size_t maximumChunks = 4096;
     // Reads the chunks of an unpacked level; a PALA chunk replaces palette.
     // False for a WGMP value other than the data length, for a size that
-    // makes no sense when BODY is reached, and for a stream without data.
+    // makes no sense when BODY is reached, for a stream without data, and
+    // for more than maximumChunks chunks (a file of zeros is a chunk every
+    // eight bytes; a level has about twenty).
     // With chunksRead, every chunk taken is appended there, the one that made
     // the level fail included.
     bool loadFromBits(clsBitStream& stream, clsPalette& palette,

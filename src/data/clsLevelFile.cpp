@@ -250,7 +250,11 @@ bool clsLevel::loadFromBits(clsBitStream& stream, clsPalette& palette,
     }
     constexpr std::int32_t headerSize = 8;
     LevelReader reader(*this, stream, palette);
+    std::size_t chunkCount = 0;
     do {
+        if (++chunkCount > maximumChunks) {
+            return false;
+        }
         LevelChunk chunk;
         chunk.offset = stream.byteOffset();
         const bool accepted = reader.readChunk(chunk);

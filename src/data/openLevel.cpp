@@ -77,8 +77,8 @@ void loadLevel(OpenedLevel& opened, const fs::path& applicationFolder, const fs:
     clsBitStream stream = readGameFile(path, "level");
     std::vector<LevelChunk> chunks;
     if (!opened.level.loadFromBits(stream, opened.palette, &chunks)) {
-        throw FileError(path, "not a level file (wrong WGMP length or a map size that makes "
-                              "no sense)");
+        throw FileError(path, "not a level file (wrong WGMP length, a map size that makes "
+                              "no sense or thousands of chunks)");
     }
     if (!opened.level.hasSensibleSize()) {
         throw FileError(path, "the level file holds no map");

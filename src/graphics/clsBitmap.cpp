@@ -286,7 +286,8 @@ bool clsBitmap::readFromFile(const std::filesystem::path& path) {
 std::string clsBitmap::readRefusal(const std::filesystem::path& path) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error)) {
-        return "the file does not exist";
+        return std::filesystem::exists(path, error) ? "not a regular file"
+                                                    : "the file does not exist";
     }
     const auto length = std::filesystem::file_size(path, error);
     if (error || length > maximumFileBytes) {

@@ -2,11 +2,11 @@
 
 #include "graphics/clsSurface.h"
 #include "graphics/pngRead.h"
-#include "io/atomicWrite.h"
+#include "io/FileError.h"
+#include "io/readFile.h"
 #include "native/marvek.h"
 
 #include <algorithm>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -18,11 +18,11 @@ constexpr std::size_t signatureBytes = 8;
 
 // The file's first bytes, fewer when it is shorter or cannot be read.
 std::vector<std::uint8_t> leadingBytes(const std::filesystem::path& path) {
-    std::vector<std::uint8_t> bytes(signatureBytes);
-    std::ifstream file(path, std::ios::binary);
-    file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(file.gcount(), 0)));
-    return bytes;
+    try {
+        return readFileStart(path, signatureBytes);
+    } catch (const FileError&) {
+        return {};
+    }
 }
 
 // An indexed PNG's glyphs drawn as an 8-bit bitmap's would be: indices past

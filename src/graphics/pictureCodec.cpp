@@ -79,6 +79,10 @@ clsSurface decodePicture(std::span<const std::uint8_t> bytes, const PictureForma
     return picture;
 }
 
+std::int32_t firstShownIndex(const PictureFormat& format) noexcept {
+    return format.shiftColours ? shownShift : 0;
+}
+
 bool holdsGrid(const clsSurface& picture, const PictureFormat& format) {
     const PictureGrid grid = pictureGrid(format);
     return grid.width <= picture.planarWidth() && grid.height <= picture.planarHeight();

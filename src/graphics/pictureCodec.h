@@ -26,6 +26,9 @@ std::string pictureSizeRefusal(const PictureFormat& format);
 // std::length_error with pictureSizeRefusal's reason.
 clsSurface decodePicture(std::span<const std::uint8_t> bytes, const PictureFormat& format);
 
+// The lowest index a decoded picture shows: 16 with shiftColours, else 0.
+std::int32_t firstShownIndex(const PictureFormat& format) noexcept;
+
 // True when the picture holds the whole grid of sub-images; pixels right of
 // and below the grid are ignored.
 bool holdsGrid(const clsSurface& picture, const PictureFormat& format);

@@ -2,6 +2,7 @@
 
 #include "graphics/clsBitmap.h"
 #include "graphics/pictureCodec.h"
+#include "graphics/pictureImport.h"
 #include "graphics/pngFile.h"
 #include "io/FileError.h"
 #include "io/atomicWrite.h"
@@ -29,10 +30,15 @@ std::string sizeText(std::int64_t width, std::int64_t height) {
     return std::to_string(width) + " x " + std::to_string(height);
 }
 
-std::string gridRefusal(const clsSurface& picture, const PictureFormat& format) {
+bool holdsGrid(const PictureImport& picture, const PictureFormat& format) {
     const PictureGrid grid = pictureGrid(format);
-    return "the picture is " + sizeText(picture.planarWidth(), picture.planarHeight()) +
-           " pixels; " + std::to_string(format.count) + " sub-images of " +
+    return grid.width <= picture.width() && grid.height <= picture.height();
+}
+
+std::string gridRefusal(const PictureImport& picture, const PictureFormat& format) {
+    const PictureGrid grid = pictureGrid(format);
+    return "the picture is " + sizeText(picture.width(), picture.height()) + " pixels; " +
+           std::to_string(format.count) + " sub-images of " +
            sizeText(format.width, format.height) + ", " + std::to_string(format.across) +
            " across, need " + sizeText(grid.width, grid.height);
 }
@@ -66,6 +72,15 @@ void writePacked(std::span<const std::uint8_t> bytes, const std::filesystem::pat
     buffer.Create(static_cast<std::int32_t>(bytes.size()));
     std::copy(bytes.begin(), bytes.end(), buffer.data().begin());
     implodeToFile(buffer, target);
+}
+
+// The palette the picture is shown with over the file's bytes, and the
+// indices the format stores.
+TargetPalette targetPalette(const PaletteChoice& choice, std::span<const std::uint8_t> bytes,
+                            const PictureFormat& format) {
+    const std::int32_t first = firstShownIndex(format);
+    return {choosePalette(choice, bytes, format), choice.name, first,
+            first + (std::int32_t{1} << format.planes)};
 }
 
 // The file's bytes as they are on disk (packed or not), once.
@@ -148,20 +163,13 @@ std::filesystem::path originalCopyPath(const std::filesystem::path& target) {
 
 ImportResult importPicture(const std::filesystem::path& bitmapPath,
                            const std::filesystem::path& target, const PictureFormat& format,
-                           bool storePalette, const ConfirmReplace& confirmReplace) {
+                           const PaletteChoice& palette, const ConfirmReplace& confirmReplace) {
     if (!isValidFormat(format)) {
         throw std::invalid_argument("picture format outside its limits");
     }
-    clsBitmap bitmap;
-    if (!bitmap.readFromFile(bitmapPath)) {
-        throw FileError(bitmapPath, bitmap.refusal());
-    }
-    const auto picture = bitmap.createPlanar(format.planes);
-    if (!picture) {
-        throw FileError(bitmapPath, bitmap.planarRefusal());
-    }
-    if (!holdsGrid(*picture, format)) {
-        throw FileError(bitmapPath, gridRefusal(*picture, format));
+    const PictureImport source(bitmapPath);
+    if (!holdsGrid(source, format)) {
+        throw FileError(bitmapPath, gridRefusal(source, format));
     }
     std::vector<std::uint8_t> bytes = bytesToKeep(target);
     if (static_cast<std::uint64_t>(format.offset) > bytes.size()) {
@@ -169,9 +177,16 @@ ImportResult importPicture(const std::filesystem::path& bitmapPath,
                                     " lies past the end of the file (" +
                                     std::to_string(bytes.size()) + " bytes)");
     }
-    encodePicture(*picture, format, bytes);
-    if (storePalette) {
-        placePalette(bytes, pictureEnd(format), *bitmap.getPal(clsPalette::gamePlanes));
+    if (palette.storesPalette()) {
+        // The picture brings its own palette, so its indices are the truth.
+        encodePicture(source.ownIndices(), format, bytes);
+        placePalette(bytes, pictureEnd(format), source.ownPalette(clsPalette::gameEntries));
+    } else {
+        const PictureGrid grid = pictureGrid(format);
+        const TargetPalette colours = targetPalette(palette, bytes, format);
+        encodePicture(source.indicesOf(colours, static_cast<std::int32_t>(grid.width),
+                                       static_cast<std::int32_t>(grid.height)),
+                      format, bytes);
     }
     std::error_code error;
     if (confirmReplace && std::filesystem::exists(target, error) && !confirmReplace(target)) {

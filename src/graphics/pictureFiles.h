@@ -4,6 +4,7 @@
 // importing raw bitplane pictures.
 
 #include "graphics/clsSurface.h"
+#include "graphics/paletteChoices.h"
 #include "graphics/pictureFormat.h"
 
 #include <cstdint>
@@ -54,22 +55,26 @@ struct ImportResult {
     std::filesystem::path original;
 };
 
-// Replaces the sub-images of a file with those of an 8-bit BMP (or an
-// indexed PNG), cut in
-// order from the grid of the format (as decodePicture places them), and
-// writes the file packed. With storePalette the BMP's first 32 colours
+// Replaces the sub-images of a file with those of a picture (an 8-bit BMP
+// or a PNG), cut in order from the grid of the format (as decodePicture
+// places them), and writes the file packed. The picture goes by its colours:
+// each pixel becomes the index that shows its colour in the palette chosen
+// (over the file's bytes as they are), its own index first, any index when
+// the picture's palette is that palette in order; a colour the palette lacks
+// refuses the picture, naming the pixel. With a choice that stores its
+// palette, the picture's own indices are taken and its first 32 colours
 // follow the sub-images in the game's format. The rest of the file (before
 // the offset, after the sub-images or their palette) is kept; a new file is
-// made when there is none. Throws FileError naming the BMP when it is
-// refused ("24-bit pictures have no palette") or too small for the grid,
-// and naming the file when it cannot be read, lies short of the offset or
-// cannot be written; nothing is written then. An existing file is replaced
-// only when confirmReplace (if given) says yes, asked once the picture is
-// known to fit; the first time, its bytes are kept as originalCopyPath, and
-// a copy kept before is never overwritten.
+// made when there is none. Throws FileError naming the picture when it is
+// refused or too small for the grid, and naming the file when it cannot be
+// read, lies short of the offset or cannot be written; nothing is written
+// then. An existing file is replaced only when confirmReplace (if given)
+// says yes, asked once the picture is known to fit; the first time, its
+// bytes are kept as originalCopyPath, and a copy kept before is never
+// overwritten.
 using ConfirmReplace = std::function<bool(const std::filesystem::path& target)>;
 ImportResult importPicture(const std::filesystem::path& bitmapPath,
                            const std::filesystem::path& target, const PictureFormat& format,
-                           bool storePalette, const ConfirmReplace& confirmReplace = {});
+                           const PaletteChoice& palette, const ConfirmReplace& confirmReplace = {});
 
 } // namespace marvek

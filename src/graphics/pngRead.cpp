@@ -92,6 +92,56 @@ bool readRows(png_structp png, png_infop info, png_bytepp rows) {
     throw std::invalid_argument(why);
 }
 
+// Every colour type as 8-bit red, green, blue and alpha.
+bool readRgbaRows(png_structp png, png_infop info, png_bytepp rows) {
+    if (setjmp(png_jmpbuf(png))) {
+        return false;
+    }
+    png_set_expand(png);
+    png_set_strip_16(png);
+    png_set_gray_to_rgb(png);
+    png_set_add_alpha(png, 0xFF, PNG_FILLER_AFTER);
+    png_set_interlace_handling(png);
+    png_read_update_info(png, info);
+    png_read_image(png, rows);
+    png_read_end(png, nullptr);
+    return true;
+}
+
+constexpr std::size_t rgbaBytes = 4;
+
+std::uint32_t colourOf(const std::uint8_t* rgba) {
+    if (rgba[3] == 0) {
+        return ColourPicture::transparent;
+    }
+    return std::uint32_t{rgba[0]} | std::uint32_t{rgba[1]} << 8 | std::uint32_t{rgba[2]} << 16;
+}
+
+// The header read, the size checked against what a picture may be.
+struct PngSize {
+    png_uint_32 width = 0;
+    png_uint_32 height = 0;
+};
+
+PngSize checkedSize(const PngReader& reader) {
+    const PngSize size{png_get_image_width(reader.png(), reader.info()),
+                       png_get_image_height(reader.png(), reader.info())};
+    if (std::uint64_t{size.width} * size.height > clsSurface::maximumPlanarPixels) {
+        refuse("the picture has more than " + std::to_string(clsSurface::maximumPlanarPixels) +
+               " pixels");
+    }
+    return size;
+}
+
+void readHeaderOf(std::span<const std::uint8_t> bytes, Source& source, const PngReader& reader) {
+    if (!isPngData(bytes)) {
+        refuse("not a PNG file");
+    }
+    if (!readHeader(reader.png(), reader.info())) {
+        refuse(std::string("the PNG does not read: ") + source.error.data());
+    }
+}
+
 std::string colourTypeName(int colourType) {
     switch (colourType) {
     case PNG_COLOR_TYPE_GRAY:
@@ -124,24 +174,14 @@ bool isPngData(std::span<const std::uint8_t> bytes) noexcept {
 }
 
 clsSurface decodeIndexedPng(std::span<const std::uint8_t> bytes) {
-    if (!isPngData(bytes)) {
-        refuse("not a PNG file");
-    }
     Source source{bytes};
     const PngReader reader(source);
-    if (!readHeader(reader.png(), reader.info())) {
-        refuse(std::string("the PNG does not read: ") + source.error.data());
-    }
+    readHeaderOf(bytes, source, reader);
     const int colourType = png_get_color_type(reader.png(), reader.info());
     if (colourType != PNG_COLOR_TYPE_PALETTE) {
         refuse("only PNG pictures with a palette are taken; this is " + colourTypeName(colourType));
     }
-    const png_uint_32 width = png_get_image_width(reader.png(), reader.info());
-    const png_uint_32 height = png_get_image_height(reader.png(), reader.info());
-    if (std::uint64_t{width} * height > clsSurface::maximumPlanarPixels) {
-        refuse("the picture has more than " + std::to_string(clsSurface::maximumPlanarPixels) +
-               " pixels");
-    }
+    const auto [width, height] = checkedSize(reader);
     clsSurface picture;
     if (!picture.planarCreateEmpty(static_cast<std::int32_t>(width),
                                    static_cast<std::int32_t>(height))) {
@@ -154,6 +194,34 @@ clsSurface decodeIndexedPng(std::span<const std::uint8_t> bytes) {
     }
     if (!readRows(reader.png(), reader.info(), rows.data())) {
         refuse(std::string("the PNG does not read: ") + source.error.data());
+    }
+    return picture;
+}
+
+bool isIndexedPng(std::span<const std::uint8_t> bytes) {
+    Source source{bytes};
+    const PngReader reader(source);
+    readHeaderOf(bytes, source, reader);
+    return png_get_color_type(reader.png(), reader.info()) == PNG_COLOR_TYPE_PALETTE;
+}
+
+ColourPicture decodePngColours(std::span<const std::uint8_t> bytes) {
+    Source source{bytes};
+    const PngReader reader(source);
+    readHeaderOf(bytes, source, reader);
+    const auto [width, height] = checkedSize(reader);
+    std::vector<std::uint8_t> rgba(std::size_t{width} * height * rgbaBytes);
+    std::vector<png_bytep> rows(height);
+    for (png_uint_32 row = 0; row < height; ++row) {
+        rows[row] = rgba.data() + std::size_t{row} * width * rgbaBytes;
+    }
+    if (!readRgbaRows(reader.png(), reader.info(), rows.data())) {
+        refuse(std::string("the PNG does not read: ") + source.error.data());
+    }
+    ColourPicture picture{static_cast<std::int32_t>(width), static_cast<std::int32_t>(height), {}};
+    picture.pixels.resize(std::size_t{width} * height);
+    for (std::size_t pixel = 0; pixel < picture.pixels.size(); ++pixel) {
+        picture.pixels[pixel] = colourOf(rgba.data() + pixel * rgbaBytes);
     }
     return picture;
 }

@@ -8,7 +8,6 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
-#include <fstream>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -231,29 +230,6 @@ void writeFileAtomically(const fs::path& path, std::span<const std::uint8_t> byt
     }
     temporary.commit();
     syncFolder(folderOf(target), path);
-}
-
-std::vector<std::uint8_t> readWholeFile(const fs::path& path) {
-    std::error_code status;
-    if (fs::is_directory(path, status)) {
-        throw FileError(path, "is a folder, not a file");
-    }
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        throw FileError(path, unopenedFileReason(path));
-    }
-    std::vector<std::uint8_t> bytes;
-    in.seekg(0, std::ios::end);
-    const auto size = in.tellg();
-    if (size < 0) {
-        throw FileError(path, "cannot read the file");
-    }
-    in.seekg(0, std::ios::beg);
-    bytes.resize(static_cast<std::size_t>(size));
-    if (size > 0 && !in.read(reinterpret_cast<char*>(bytes.data()), size)) {
-        throw FileError(path, "cannot read the file");
-    }
-    return bytes;
 }
 
 } // namespace marvek

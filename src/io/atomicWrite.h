@@ -1,5 +1,7 @@
 #pragma once
 
+#include "io/readFile.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <span>
@@ -25,8 +27,5 @@ void writeFileAtomically(const std::filesystem::path& path, std::span<const std:
 // The temporary files beside target that writes of it by processes no longer
 // running left behind.
 std::vector<std::filesystem::path> staleTemporaryFiles(const std::filesystem::path& target);
-
-// Reads a whole file. Throws FileError naming path.
-std::vector<std::uint8_t> readWholeFile(const std::filesystem::path& path);
 
 } // namespace marvek

@@ -40,9 +40,9 @@ void clsBitStream::loadFromBuffer(std::shared_ptr<clsDataBuffer> buffer) {
     buffer_ = std::move(buffer);
 }
 
-void clsBitStream::loadFromFile(const std::filesystem::path& path) {
+void clsBitStream::loadFromFile(const std::filesystem::path& path, std::uintmax_t maximumBytes) {
     resetStream();
-    buffer_->readFromFile(path);
+    buffer_->readFromFile(path, maximumBytes);
 }
 
 void clsBitStream::seekTo(std::int32_t p) noexcept {

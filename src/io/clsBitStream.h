@@ -1,6 +1,7 @@
 #pragma once
 
 #include "io/clsDataBuffer.h"
+#include "io/readFile.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -31,8 +32,10 @@ public:
     // Shares the given buffer with the caller; cursor at 0.
     void loadFromBuffer(std::shared_ptr<clsDataBuffer> buffer);
     // A missing file leaves the stream with a buffer without storage.
-    // Throws FileError when the file exists but cannot be read.
-    void loadFromFile(const std::filesystem::path& path);
+    // Throws FileError when the file exists but cannot be read, is no
+    // regular file or is larger than maximumBytes.
+    void loadFromFile(const std::filesystem::path& path,
+                      std::uintmax_t maximumBytes = maximumReadBytes);
 
     // The buffer itself, shared.
     std::shared_ptr<clsDataBuffer> bufferGet() const { return buffer_; }

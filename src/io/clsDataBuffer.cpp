@@ -64,12 +64,12 @@ std::span<const std::uint8_t> clsDataBuffer::data() const noexcept {
                        : std::span<const std::uint8_t>();
 }
 
-void clsDataBuffer::readFromFile(const std::filesystem::path& path) {
+void clsDataBuffer::readFromFile(const std::filesystem::path& path, std::uintmax_t maximumBytes) {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) {
+    if (std::filesystem::status(path, error).type() == std::filesystem::file_type::not_found) {
         return;
     }
-    auto bytes = readWholeFile(path);
+    auto bytes = readWholeFile(path, maximumBytes);
     if (bytes.size() > static_cast<std::size_t>(maximumSize)) {
         throw FileError(path, "the file is too large");
     }

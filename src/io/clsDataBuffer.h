@@ -1,5 +1,7 @@
 #pragma once
 
+#include "io/readFile.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <span>
@@ -41,8 +43,10 @@ public:
 
     // A file that exists replaces the contents: its bytes followed by one zero
     // byte, so Size is the file's length. A missing file changes nothing.
-    // Throws FileError when the file exists but cannot be read.
-    void readFromFile(const std::filesystem::path& path);
+    // Throws FileError when the file exists but cannot be read, is no regular
+    // file or is larger than maximumBytes.
+    void readFromFile(const std::filesystem::path& path,
+                      std::uintmax_t maximumBytes = maximumReadBytes);
     // Writes all Size + 1 bytes, the spare one included, replacing any file of
     // that name. Throws FileError.
     void writeToFile(const std::filesystem::path& path) const;

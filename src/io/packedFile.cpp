@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <fstream>
 #include <span>
 #include <vector>
 
@@ -34,20 +33,51 @@ struct LibraryMemory {
 };
 
 Magic readMagic(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        throw FileError(path, unopenedFileReason(path));
-    }
+    const std::vector<std::uint8_t> start = readFileStart(path, Magic{}.size());
     Magic magic{};
-    in.read(reinterpret_cast<char*>(magic.data()), magic.size());
-    if (in.gcount() != static_cast<std::streamsize>(magic.size())) {
-        return {};
+    if (start.size() == magic.size()) {
+        std::copy(start.begin(), start.end(), magic.begin());
     }
     return magic;
 }
 
 bool isPackedMagic(const Magic& magic) {
     return magic == imploder::kMagicAtn || magic == imploder::kMagicImp;
+}
+
+// A packed file's bytes up to the end of its trailer, or why they were not
+// read: the header is judged first, so that a file that is not packed or
+// claims more than the limit costs twelve bytes of reading.
+struct PackedRead {
+    std::vector<std::uint8_t> bytes;
+    std::string refusal;
+};
+
+PackedRead readPacked(const std::filesystem::path& path, std::uintmax_t maximumBytes) {
+    std::vector<std::uint8_t> header = readFileStart(path, imploder::kHeaderLength);
+    if (header.size() < imploder::kHeaderLength) {
+        return {std::move(header), {}};
+    }
+    Magic magic{};
+    std::copy_n(header.begin(), magic.size(), magic.begin());
+    if (!isPackedMagic(magic)) {
+        return {{}, impStatusText(IMP_ERROR_MAGIC)};
+    }
+    const std::uint32_t unpacked =
+        imploder::readBigEndian32(&header[imploder::kUnpackedLengthOffset]);
+    if (unpacked > maximumBytes) {
+        return {{},
+                "the unpacked length is too large (" + std::to_string(unpacked) +
+                    " bytes; at most " + std::to_string(maximumBytes) + ")"};
+    }
+    const std::size_t length =
+        imploder::packedFileLength(imploder::readBigEndian32(&header[imploder::kStreamEndOffset]));
+    if (length > maximumBytes) {
+        return {{},
+                "the packed file's stream end lies too far (" + std::to_string(length) + " bytes)"};
+    }
+    // Readers tolerate bytes after the trailer; they are not even read.
+    return {readFileStart(path, length), {}};
 }
 
 std::shared_ptr<clsDataBuffer> bufferOf(std::span<const std::uint8_t> bytes) {
@@ -105,8 +135,21 @@ bool isFileIMP(const std::filesystem::path& path) {
     return isPackedMagic(readMagic(path));
 }
 
-ExplodeResult explodeFile(const std::filesystem::path& path) {
-    const std::vector<std::uint8_t> file = readWholeFile(path);
+std::vector<std::uint8_t> readPackedBytes(const std::filesystem::path& path,
+                                          std::uintmax_t maximumBytes) {
+    PackedRead read = readPacked(path, maximumBytes);
+    if (!read.refusal.empty()) {
+        throw FileError(path, read.refusal);
+    }
+    return std::move(read.bytes);
+}
+
+ExplodeResult explodeFile(const std::filesystem::path& path, std::uintmax_t maximumBytes) {
+    const PackedRead read = readPacked(path, maximumBytes);
+    if (!read.refusal.empty()) {
+        return {nullptr, read.refusal};
+    }
+    const std::vector<std::uint8_t>& file = read.bytes;
     if (file.size() < imploder::kHeaderLength) {
         return {nullptr, impStatusText(IMP_ERROR_TOO_SHORT)};
     }
@@ -128,10 +171,10 @@ ExplodeResult explodeFile(const std::filesystem::path& path) {
 clsBitStream getFileBits(const std::filesystem::path& path, std::string* unpackFailure) {
     clsBitStream stream;
     if (!isFileIMP(path)) {
-        stream.loadFromFile(path);
+        stream.loadFromFile(path, maximumGameFileBytes);
         return stream;
     }
-    ExplodeResult result = explodeFile(path);
+    ExplodeResult result = explodeFile(path, maximumGameFileBytes);
     if (result.buffer) {
         stream.loadFromBuffer(std::move(result.buffer));
         return stream;

@@ -4,6 +4,7 @@
 
 #include "io/clsBitStream.h"
 #include "io/clsDataBuffer.h"
+#include "io/readFile.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -11,6 +12,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace marvek {
 
@@ -24,12 +26,22 @@ struct ExplodeResult {
 // cannot be read.
 bool isFileIMP(const std::filesystem::path& path);
 
-// Unpacks a packed file. A stored unpacked length of 0..3, or data that does
-// not unpack, gives no buffer and the reason. Throws FileError when the file
-// cannot be read.
-ExplodeResult explodeFile(const std::filesystem::path& path);
+// A packed file's bytes up to the end of its trailer (fewer when the file is
+// shorter), read only after its header shows the magic and lengths of at most
+// maximumBytes; bytes after the trailer are not read. Throws FileError naming
+// the file and why.
+std::vector<std::uint8_t> readPackedBytes(const std::filesystem::path& path,
+                                          std::uintmax_t maximumBytes = maximumReadBytes);
 
-// The file ready for reading, unpacked when packed. When a packed file does
+// Unpacks a packed file. A stored unpacked length of 0..3 or above
+// maximumBytes, or data that does not unpack, gives no buffer and the reason.
+// Throws FileError when the file cannot be read.
+ExplodeResult explodeFile(const std::filesystem::path& path,
+                          std::uintmax_t maximumBytes = maximumReadBytes);
+
+// A game file (a level, tile set or sprite sheet) ready for reading, unpacked
+// when packed; one larger than maximumGameFileBytes, on disk or unpacked, is
+// refused before it is read. When a packed file does
 // not unpack the stream is empty and unpackFailure (if given) says why.
 // Throws FileError when the file cannot be read.
 clsBitStream getFileBits(const std::filesystem::path& path, std::string* unpackFailure = nullptr);

@@ -116,7 +116,7 @@ public:
                 exportPicture(parsed_);
             } else {
                 importPicture(parsed_.input, parsed_.output, parsed_.format,
-                              paletteChoice(parsed_).storesPalette());
+                              paletteChoice(parsed_));
             }
             return 0;
         } catch (const std::exception& error) {

@@ -107,6 +107,7 @@ public:
             .add_option("--format", parsed_.format,
                         "How layer data is written: csv (default), base64, zlib, gzip, zstd "
                         "or xml (export).")
+            ->check(CLI::IsMember({"csv", "base64", "zlib", "gzip", "zstd", "xml"}))
             ->each([this](const std::string&) { parsed_.formatGiven = true; });
         parser
             .add_option("--app", parsed_.applicationFolder,

@@ -1,6 +1,7 @@
 // marvek-tool unpack IN OUT: unpack a packed file.
 #include "io/FileError.h"
 #include "io/atomicWrite.h"
+#include "io/packedFile.h"
 #include "native/marvek.h"
 #include "tool/commands.h"
 
@@ -14,7 +15,7 @@ namespace marvek::tool {
 namespace {
 
 std::vector<std::uint8_t> unpack(const std::filesystem::path& input) {
-    const std::vector<std::uint8_t> file = readWholeFile(input);
+    const std::vector<std::uint8_t> file = readPackedBytes(input);
     std::uint8_t* unpacked = nullptr;
     std::size_t length = 0;
     const int32_t status = impExplode(file.data(), file.size(), &unpacked, &length);

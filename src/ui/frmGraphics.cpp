@@ -356,7 +356,7 @@ void frmGraphics::importPicture() {
     const PaletteChoice& choice = choices_[static_cast<std::size_t>(cmbPalette_->currentIndex())];
     ImportResult result;
     try {
-        result = marvek::importPicture(bitmap, target, format(), choice.storesPalette(),
+        result = marvek::importPicture(bitmap, target, format(), choice,
                                        [this, &bitmap](const std::filesystem::path& file) {
                                            return confirmReplacing(file, bitmap);
                                        });

@@ -1,6 +1,7 @@
 #include "ui/systemClipboard.h"
 
 #include "data/cellClipboard.h"
+#include "data/clsLevel.h"
 
 #include <QAction>
 #include <QClipboard>
@@ -23,7 +24,7 @@ void putCellsOnClipboard(const CellBlock& block) {
     QGuiApplication::clipboard()->setMimeData(data.release());
 }
 
-ClipboardCells cellsFromClipboard() {
+ClipboardCells cellsFromClipboard(std::int32_t tileCount) {
     const QMimeData* data = QGuiApplication::clipboard()->mimeData();
     if (data == nullptr) {
         throw CellClipboardError("the clipboard is empty");
@@ -35,7 +36,7 @@ ClipboardCells cellsFromClipboard() {
                 true};
     }
     if (data->hasText()) {
-        return {cellsFromText(data->text().toStdString()), false};
+        return {cellsFromText(data->text().toStdString(), tileCount), false};
     }
     throw CellClipboardError("the clipboard holds neither cells nor text");
 }
@@ -44,7 +45,8 @@ void enableWhileClipboardHoldsCells(QAction& action) {
     const auto follow = [&action] {
         bool pasteable = true;
         try {
-            cellsFromClipboard();
+            // Whether the tiles suit the open level is Paste's to say.
+            cellsFromClipboard(clsLevel::largestFileTile + 1);
         } catch (const std::exception&) {
             pasteable = false;
         }

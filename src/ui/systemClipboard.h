@@ -2,6 +2,8 @@
 
 #include "data/CellBlock.h"
 
+#include <cstdint>
+
 class QAction;
 
 namespace marvek {
@@ -11,13 +13,14 @@ namespace marvek {
 void putCellsOnClipboard(const CellBlock& block);
 
 // What the clipboard holds: the editor's cells, or else a text grid of
-// tile numbers read as tiles alone (carriesSpecials false). Throws
+// tile numbers of a set of tileCount tiles, read as tiles alone
+// (carriesSpecials false). Throws
 // CellClipboardError when it holds neither, saying why.
 struct ClipboardCells {
     CellBlock block;
     bool carriesSpecials = false;
 };
-ClipboardCells cellsFromClipboard();
+ClipboardCells cellsFromClipboard(std::int32_t tileCount);
 
 // Keeps the action enabled only while the clipboard holds cells to paste,
 // following every change of the clipboard, this program's or another's.

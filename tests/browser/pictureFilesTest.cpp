@@ -40,7 +40,7 @@ TEST_F(PictureFiles, ExportThenImportGivesBackTheBytes) {
             original.back() = 0; // 7 x 3 sub-images leave bits of the last byte unused
             exportPicture(original, f, "out.bmp");
             std::filesystem::remove(folder / "IMPORTED");
-            importPicture(folder / "out.bmp", folder / "IMPORTED", f, false);
+            importPicture(folder / "out.bmp", folder / "IMPORTED", f, greyChoice());
             EXPECT_TRUE(isFileIMP(folder / "IMPORTED"));
             EXPECT_EQ(readPictureFile(folder / "IMPORTED"), original)
                 << f.width << " x " << f.height << ", " << f.planes << " planes";
@@ -56,23 +56,23 @@ TEST_F(PictureFiles, ImportReplacesOnlyTheSubImagesAndCanStoreThePalette) {
     writeBytes(folder / "PIC", file);
     writeBytes(folder / "in.bmp", encodeBitmap(32, 1, 8, false, std::vector<std::uint32_t>(32, 0)));
 
-    importPicture(folder / "in.bmp", folder / "PIC", f, false);
+    importPicture(folder / "in.bmp", folder / "PIC", f, greyChoice());
     Bytes expected = file;
     std::fill_n(expected.begin() + 10, 4, 0);
     EXPECT_EQ(readPictureFile(folder / "PIC"), expected) << "all but the sub-images kept";
 
     // The BMP's table holds only black: its 32 colours replace the palette.
-    importPicture(folder / "in.bmp", folder / "PIC", f, true);
+    importPicture(folder / "in.bmp", folder / "PIC", f, afterChoice());
     std::fill_n(expected.begin() + 14, 64, 0);
     EXPECT_EQ(readPictureFile(folder / "PIC"), expected);
 
     // A file that ends after the sub-images gets the palette appended.
-    importPicture(folder / "in.bmp", folder / "NEW", pictureFormat(16, 1, 1, 2, 2), true);
+    importPicture(folder / "in.bmp", folder / "NEW", pictureFormat(16, 1, 1, 2, 2), afterChoice());
     EXPECT_EQ(readPictureFile(folder / "NEW"), Bytes(4 + 64, 0));
 
     EXPECT_NE(whatOf<FileError>([&] {
                   importPicture(folder / "in.bmp", folder / "PIC",
-                                pictureFormat(16, 1, 1, 1, 1, 82), false);
+                                pictureFormat(16, 1, 1, 1, 1, 82), greyChoice());
               }).find("the offset 82 lies past the end of the file (81 bytes)"),
               std::string::npos);
 }
@@ -82,7 +82,7 @@ TEST_F(PictureFiles, TheStoredPaletteIsTheBitmapsTableInTheGamesFormat) {
     clsSurface picture = planarImage(2, 1, {3, 31});
     picture.setPalette(gamePalette());
     writePictureBitmap(picture, folder / "in.bmp");
-    importPicture(folder / "in.bmp", folder / "PIC", f, true);
+    importPicture(folder / "in.bmp", folder / "PIC", f, afterChoice());
     const Bytes bytes = readPictureFile(folder / "PIC");
     ASSERT_EQ(bytes.size(), 2u + 64u);
     const auto after = paletteAfter(bytes, f);
@@ -114,7 +114,8 @@ TEST_F(PictureFiles, ARefusedImportWritesNothing) {
     };
     for (const auto& [bitmap, target, message] : refusals) {
         const std::string what = whatOf<FileError>([&] {
-            importPicture(folder / bitmap, folder / target, pictureFormat(16, 16, 5, 2, 2), false);
+            importPicture(folder / bitmap, folder / target, pictureFormat(16, 16, 5, 2, 2),
+                          greyChoice());
         });
         EXPECT_NE(what.find(message), std::string::npos) << what;
     }

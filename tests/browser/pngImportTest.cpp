@@ -32,7 +32,7 @@ protected:
     }
 
     Bytes imported(const std::filesystem::path& from, const std::string& name) {
-        importPicture(from, folder / name, pictureFormat(16, 16, 5, 2, 2), true);
+        importPicture(from, folder / name, pictureFormat(16, 16, 5, 2, 2), afterChoice());
         return readPictureFile(folder / name);
     }
 

@@ -389,21 +389,26 @@ TEST(CellClipboard, TextIsTheGridOfTileNumbers) {
     block.at(2, 1).tile = 1023;
     EXPECT_EQ(cellsAsText(block), "12\t7\t0\n0\t0\t1023\n");
 
-    const CellBlock read = cellsFromText("12 7\t0\r\n\n  0 0 1023  \n");
+    const CellBlock read = cellsFromText("12 7\t0\r\n\n  0 0 1023  \n", 1024);
     ASSERT_EQ(read.width(), 3);
     ASSERT_EQ(read.height(), 2);
     EXPECT_EQ(read.at(2, 1).tile, 1023);
     EXPECT_EQ(read.at(1, 0).special, 0) << "text carries tiles only";
 
-    for (const auto& [text, words] :
-         std::vector<std::pair<std::string, std::string>>{{"1 2\n3\n", "line 2"},
-                                                          {"1 2\nfish 3\n", "line 2"},
-                                                          {"1 -2\n", "line 1"},
-                                                          {"1 2x\n", "line 1"},
-                                                          {"0\n1024\n", "line 2"},
-                                                          {"\n \n", "no tile"}}) {
+    for (const auto& [text, words] : std::vector<std::pair<std::string, std::string>>{
+             {"1 2\n3\n", "line 2 of the clipboard's text has 1 tile where the first row has 2 "
+                          "tiles"},
+             {"1 2\nfish 3\n", "line 2"},
+             {"1 -2\n", "line 1"},
+             {"1 2x\n", "line 1"},
+             {"0\n1024\n", "line 2"},
+             {"\n \n", "no tile"},
+             // Past the last tile of a 197-tile set: drawn as nothing, so refused.
+             {"196 0\n0 197\n", "line 2 of the clipboard's text holds tile 197, past the tile "
+                                "set's last tile, 196"},
+             {"1023\n", "line 1"}}) {
         try {
-            cellsFromText(text);
+            cellsFromText(text, 197);
             ADD_FAILURE() << "accepted " << text;
         } catch (const CellClipboardError& error) {
             EXPECT_NE(std::string(error.what()).find(words), std::string::npos) << error.what();

@@ -222,6 +222,17 @@ TEST(LevelFile, HugeStatedLengthsDoNotRunAway) {
     EXPECT_TRUE(load(ChunkBuilder().chunk("VERS", 0xFFFFFFF0, {1, 2, 3}).bytes()).loads);
 }
 
+TEST(LevelFile, EmptyChunksAreBoundedAndTheReasonKept) {
+    // Zeros are an empty chunk every eight bytes; a level has about twenty.
+    const Bytes zeros(1 << 20, 0);
+    auto stream = streamOver(zeros);
+    clsLevel level;
+    clsPalette palette;
+    std::vector<LevelChunk> chunks;
+    EXPECT_FALSE(level.loadFromBits(stream, palette, &chunks));
+    EXPECT_LE(chunks.size(), clsLevel::maximumChunks);
+}
+
 // A body cut short reads on into the buffer's spare byte, as bit-by-bit
 // reading does: one word across it, then the same bits of it in every cell.
 TEST(LevelFile, CellsPastTheEndOfTheDataReadTheSpareByte) {

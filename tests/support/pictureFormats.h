@@ -1,5 +1,6 @@
 #pragma once
 
+#include "graphics/paletteChoices.h"
 #include "graphics/pictureFormat.h"
 
 #include <cstdint>
@@ -17,6 +18,14 @@ inline PictureFormat pictureFormat(std::int32_t width, std::int32_t height, std:
     format.across = across;
     format.offset = offset;
     return format;
+}
+
+// The browser's "Grey" and "After" palette choices.
+inline PaletteChoice greyChoice() {
+    return {"Grey", PaletteChoice::Kind::grey, {}};
+}
+inline PaletteChoice afterChoice() {
+    return {"After", PaletteChoice::Kind::after, {}};
 }
 
 } // namespace marvek::test

@@ -287,6 +287,16 @@ TEST_F(EditingTools, CutCellsTravelToAnotherLevelWithTheirSpecials) {
     ASSERT_FALSE(messages_->shown.empty());
     EXPECT_NE(messages_->shown.back().text.indexOf("Nothing was pasted"), -1);
     EXPECT_EQ(*window_->brushCells(), cut) << "the brush stays";
+
+    // So is a tile number past the open tile set's last tile.
+    ASSERT_LT(window_->openedLevel()->tileSet.count(), 1024);
+    QGuiApplication::clipboard()->setText("0\n1023\n");
+    window_->editPaste();
+    EXPECT_NE(messages_->shown.back().text.indexOf(
+                  "line 2 of the clipboard's text holds tile 1023, past the tile set's last tile"),
+              -1)
+        << messages_->shown.back().text.toStdString();
+    EXPECT_EQ(*window_->brushCells(), cut) << "the brush stays";
 }
 
 TEST_F(EditingTools, InSpecialsModeCutDeleteAndPasteWorkOnTheSpecialsAlone) {
@@ -302,7 +312,7 @@ TEST_F(EditingTools, InSpecialsModeCutDeleteAndPasteWorkOnTheSpecialsAlone) {
     // Cut: the clipboard has tiles and specials, the level loses only the specials.
     ctrlKey(Qt::Key_X);
     EXPECT_EQ(window_->history().nextUndo(), "Cut Specials");
-    const auto cut = cellsFromClipboard();
+    const auto cut = cellsFromClipboard(clsLevel::largestFileTile + 1);
     EXPECT_EQ(cut.block, selected);
     for (int x = 3; x <= 5; ++x) {
         for (int y = 2; y <= 3; ++y) {
