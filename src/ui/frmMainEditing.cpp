@@ -216,7 +216,7 @@ void frmMain::editPaste() {
     }
     ClipboardCells pasted;
     try {
-        pasted = cellsFromClipboard(opened_->tileSet.count());
+        pasted = cellsFromClipboard(currentDocument()->opened().tileSet.count());
     } catch (const std::exception& error) {
         shared_.messages->show(this,
                                "Nothing was pasted: " + QString::fromStdString(error.what()) + ".",
