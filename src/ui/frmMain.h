@@ -240,6 +240,11 @@ private:
                    std::unique_ptr<LevelLock>& fresh, QString* failure);
     // Says why a read-only level is not saved; false when it is not one.
     bool refuseReadOnlySave(const LevelDocument& document);
+    // Save As writes only a file that no other tab or editor holds, and
+    // holds it from then on: fresh gets its lock (left empty when the
+    // document already holds it). False, after telling the user, otherwise.
+    bool lockSaveTarget(const LevelDocument& document, const std::filesystem::path& target,
+                        std::unique_ptr<LevelLock>& fresh);
 
     void loadOptions();
     // Loads a level; null, failure set, when it does not load.

@@ -162,6 +162,31 @@ bool frmMain::refuseReadOnlySave(const LevelDocument& document) {
     return true;
 }
 
+bool frmMain::lockSaveTarget(const LevelDocument& document, const std::filesystem::path& target,
+                             std::unique_ptr<LevelLock>& fresh) {
+    if (document.lock() != nullptr && document.lock()->isFor(target)) {
+        return true;
+    }
+    QString holder;
+    if (const auto tab = tabOf(target); tab && *tab != currentTab()) {
+        holder = "another tab";
+    } else {
+        fresh = std::make_unique<LevelLock>(target);
+        if (const auto& other = fresh->holder()) {
+            holder = "another editor (process " + QString::number(other->process) + ")";
+        }
+    }
+    if (holder.isEmpty()) {
+        return true;
+    }
+    fresh.reset();
+    shared_.messages->show(this,
+                           "The level was not saved.\n\n" + toQString(target.filename()) +
+                               " is open in " + holder + ". Save under another name.",
+                           messageStyle::exclamation);
+    return false;
+}
+
 bool frmMain::saveDocument(LevelDocument& document) {
     if (refuseReadOnlySave(document)) {
         return false;
@@ -212,6 +237,10 @@ bool frmMain::fileSaveAs() {
     if (chosen.isEmpty()) {
         return false;
     }
+    std::unique_ptr<LevelLock> targetLock;
+    if (!lockSaveTarget(*document, toPath(chosen), targetLock)) {
+        return false;
+    }
     const std::filesystem::path previous = document->file();
     const bool hadUnsavedWork = document->modified();
     document->rename(toPath(chosen));
@@ -232,6 +261,9 @@ bool frmMain::fileSaveAs() {
         return false;
     }
     dialogs_.status.hideStatus();
+    if (targetLock) {
+        document->setLock(std::move(targetLock));
+    }
     updateTabTitle(*document);
     updateCommands();
     // The work kept beside the former file is saved now; left there, it

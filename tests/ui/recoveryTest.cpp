@@ -291,6 +291,29 @@ TEST_F(Recovery, DecliningALevelAnotherEditorHoldsKeepsTheOpenOne) {
     EXPECT_TRUE(LevelLock(level()).held()) << "let go when the editor ends";
 }
 
+TEST_F(Recovery, SaveAsHoldsTheNewFileAndLeavesAFileAnotherEditorHolds) {
+    frmMain& window = startEditor();
+    paintCorner(window, 5);
+    const fs::path theirs = dataFolder() / "L1MA2";
+    const auto theirBytes = readBytes(theirs);
+    {
+        const LevelLock other(theirs);
+        dialogs_->fileAnswers = {{toQString(theirs)}};
+        EXPECT_FALSE(window.fileSaveAs());
+        ASSERT_EQ(messages_->shown.size(), 1U);
+        EXPECT_TRUE(messages_->shown[0].text.contains("L1MA2 is open in another editor"));
+        EXPECT_EQ(readBytes(theirs), theirBytes);
+        EXPECT_TRUE(window.isWindowModified());
+        EXPECT_EQ(window.openedLevel()->level.fileName, level().string());
+    }
+
+    const fs::path mine = dataFolder() / "L1MA9";
+    dialogs_->fileAnswers = {{toQString(mine)}};
+    ASSERT_TRUE(window.fileSaveAs());
+    EXPECT_FALSE(LevelLock(mine).held()) << "the new file is held from the save on";
+    EXPECT_TRUE(LevelLock(level()).held()) << "the former file is let go";
+}
+
 TEST_F(Recovery, ANewerCopyIsOfferedAndYesGivesBackItsCellsAndPalette) {
     frmMain& window = startEditor();
     const SavedLevel saved = readLevel(level());
