@@ -132,28 +132,32 @@ TilePicture specialsPicture(const clsSpecialSet& specialSet, const clsRenderOpti
     return picture;
 }
 
-TiledTileSet tilesTileSet(const std::string& name, const std::string& image) {
+namespace {
+
+// A tile set of one picture, cut into cells, that only layer may use.
+TiledTileSet gridTileSet(const std::string& name, const std::string& image, std::int32_t count,
+                         std::int32_t columns, const char* layer) {
     TiledTileSet tileSet;
     tileSet.name = name;
-    tileSet.tileCount = mapTileCount;
-    tileSet.columns = tileColumns;
+    tileSet.tileCount = count;
+    tileSet.columns = columns;
     tileSet.image = image;
-    tileSet.imageWidth = tileColumns * cell;
-    tileSet.imageHeight = mapTileCount / tileColumns * cell;
-    tileSet.properties = {{tiledNames::layerProperty, "string", tiledNames::tilesLayer}};
+    tileSet.imageWidth = columns * cell;
+    tileSet.imageHeight = count / columns * cell;
+    tileSet.properties = {{tiledNames::layerProperty, "string", layer}};
     return tileSet;
+}
+
+} // namespace
+
+TiledTileSet tilesTileSet(const std::string& name, const std::string& image) {
+    return gridTileSet(name, image, mapTileCount, tileColumns, tiledNames::tilesLayer);
 }
 
 TiledTileSet specialsTileSet(const std::string& name, const std::string& image,
                              const clsSpecialSet& specialSet) {
-    TiledTileSet tileSet;
-    tileSet.name = name;
-    tileSet.tileCount = mapSpecialCount;
-    tileSet.columns = specialColumns;
-    tileSet.image = image;
-    tileSet.imageWidth = specialColumns * cell;
-    tileSet.imageHeight = mapSpecialCount / specialColumns * cell;
-    tileSet.properties = {{tiledNames::layerProperty, "string", tiledNames::specialsLayer}};
+    TiledTileSet tileSet =
+        gridTileSet(name, image, mapSpecialCount, specialColumns, tiledNames::specialsLayer);
     for (std::int32_t id = 1; id < mapSpecialCount; ++id) {
         if (const clsSpecial* special = specialSet.getSpecialLUT(id)) {
             tileSet.tileProperties.emplace_back(id, specialTileProperties(*special));
