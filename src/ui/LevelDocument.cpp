@@ -9,6 +9,7 @@
 
 #include <QFileSystemWatcher>
 
+#include <algorithm>
 #include <exception>
 #include <system_error>
 #include <utility>
@@ -87,10 +88,10 @@ CellRange LevelDocument::wholeLevel() const {
     return {0, 0, std::max(level.width - 1, 0), std::max(level.height - 1, 0)};
 }
 
-void LevelDocument::recordStep(const std::string& name, std::optional<clsPalette> replaced) {
+void LevelDocument::recordStep(const std::string& name, std::optional<LevelExtras> replaced) {
     history_.record(opened_->level, name);
-    redoPalettes_.clear();
-    undoPalettes_.push_back(std::move(replaced));
+    redoExtras_.clear();
+    undoExtras_.push_back(std::move(replaced));
     trimExtras();
 }
 
@@ -176,24 +177,42 @@ bool LevelDocument::redo() {
 }
 
 void LevelDocument::takeBack(bool undoing) {
-    auto& from = undoing ? undoPalettes_ : redoPalettes_;
-    auto& to = undoing ? redoPalettes_ : undoPalettes_;
-    std::optional<clsPalette> palette;
+    auto& from = undoing ? undoExtras_ : redoExtras_;
+    auto& to = undoing ? redoExtras_ : undoExtras_;
+    std::optional<LevelExtras> extras;
     if (!from.empty()) {
-        palette = std::move(from.back());
+        extras = std::move(from.back());
         from.pop_back();
     }
-    if (palette) {
-        swapPalette(*palette);
+    if (extras) {
+        swapExtras(*extras);
     }
-    to.push_back(std::move(palette));
+    to.push_back(std::move(extras));
     trimExtras();
     emit cellsChanged(wholeLevel());
     emit historyChanged();
 }
 
-void LevelDocument::swapPalette(clsPalette& other) {
-    std::swap(opened_->palette, other);
+LevelDocument::LevelExtras LevelDocument::currentExtras() const {
+    const clsLevel& level = opened_->level;
+    LevelExtras extras{opened_->palette,
+                       {level.defaultSpecials().begin(), level.defaultSpecials().end()},
+                       {},
+                       level.remX(),
+                       level.remY()};
+    std::ranges::copy(level.ccclData(), extras.cccl.begin());
+    return extras;
+}
+
+void LevelDocument::swapExtras(LevelExtras& extras) {
+    LevelExtras now = currentExtras();
+    clsLevel& level = opened_->level;
+    level.setDefaultSpecials(std::move(extras.defaultSpecials));
+    level.setCcclData(extras.cccl);
+    level.setRemX(extras.remX);
+    level.setRemY(extras.remY);
+    opened_->palette = std::move(extras.palette);
+    extras = std::move(now);
     try {
         reloadGraphics(*opened_, applicationFolder_);
     } catch (const std::exception& error) {
@@ -207,11 +226,11 @@ void LevelDocument::swapPalette(clsPalette& other) {
 void LevelDocument::trimExtras() {
     const std::size_t applied = history_.applied();
     const std::size_t ahead = history_.steps().size() - applied;
-    while (undoPalettes_.size() > applied) {
-        undoPalettes_.pop_front();
+    while (undoExtras_.size() > applied) {
+        undoExtras_.pop_front();
     }
-    while (redoPalettes_.size() > ahead) {
-        redoPalettes_.pop_front();
+    while (redoExtras_.size() > ahead) {
+        redoExtras_.pop_front();
     }
 }
 
@@ -223,6 +242,16 @@ void LevelDocument::goToEntry(std::size_t index) {
 }
 
 void LevelDocument::changePalette(const clsPalette& palette) {
+    LevelExtras replaced = currentExtras();
+    usePalette(palette);
+    const bool wasModified = modified();
+    recordStep("Edit Palette", std::move(replaced));
+    emit graphicsChanged();
+    emit historyChanged();
+    settle(wasModified);
+}
+
+void LevelDocument::usePalette(const clsPalette& palette) {
     clsPalette previous = opened_->palette;
     opened_->palette = palette;
     try {
@@ -231,8 +260,22 @@ void LevelDocument::changePalette(const clsPalette& palette) {
         opened_->palette = previous;
         throw;
     }
+}
+
+void LevelDocument::replaceContents(const std::string& name, const clsLevel& from,
+                                    const clsPalette& palette) {
+    LevelExtras replaced = currentExtras();
+    usePalette(palette);
     const bool wasModified = modified();
-    recordStep("Edit Palette", std::move(previous));
+    recordStep(name, std::move(replaced));
+    stepWatch_.reset();
+    changeCells(name, wholeLevel(), [&from](clsLevel& level) {
+        std::ranges::copy(from.cells(), level.cells().begin());
+        level.setDefaultSpecials({from.defaultSpecials().begin(), from.defaultSpecials().end()});
+        level.setCcclData(from.ccclData());
+        level.setRemX(from.remX());
+        level.setRemY(from.remY());
+    });
     emit graphicsChanged();
     emit historyChanged();
     settle(wasModified);
@@ -253,8 +296,8 @@ void LevelDocument::replace(std::unique_ptr<OpenedLevel> opened, QString configu
     opened_->level.modified = false;
     configuration_ = std::move(configuration);
     history_.clear();
-    undoPalettes_.clear();
-    redoPalettes_.clear();
+    undoExtras_.clear();
+    redoExtras_.clear();
     stepWatch_.reset();
     offTheSteps_ = false;
     selection_.reset();
@@ -272,8 +315,8 @@ void LevelDocument::restoreRecoveryCopy() {
     const bool wasModified = modified();
     marvek::restoreRecoveryCopy(*opened_, applicationFolder_);
     history_.clear();
-    undoPalettes_.clear();
-    redoPalettes_.clear();
+    undoExtras_.clear();
+    redoExtras_.clear();
     stepWatch_.reset();
     // The kept work is not the file's, whatever history says.
     offTheSteps_ = true;

@@ -3,6 +3,7 @@
 #include "app/autosave.h"
 #include "data/UndoHistory.h"
 #include "data/cellRange.h"
+#include "data/clsLevel.h"
 #include "data/specialChanges.h"
 #include "graphics/clsPalette.h"
 #include "graphics/clsRectangle.h"
@@ -10,12 +11,15 @@
 #include <QObject>
 #include <QString>
 
+#include <array>
+#include <cstdint>
 #include <deque>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 class QFileSystemWatcher;
 
@@ -80,6 +84,10 @@ public:
     // A History step of its own. Throws FileError, the palette unchanged,
     // when the graphics do not read with it.
     void changePalette(const clsPalette& palette);
+    // The cells, palette and other fields of from, as one step called name
+    // that undo takes back whole. Throws FileError, nothing changed, when
+    // the graphics cannot be read with the palette.
+    void replaceContents(const std::string& name, const clsLevel& from, const clsPalette& palette);
     // The graphics files changed (an import): read again with the level's
     // palette. Throws FileError, the graphics as they were.
     void rereadGraphics();
@@ -118,12 +126,25 @@ signals:
     void recoveryTrouble(const QString& text, bool failing);
 
 private:
-    void recordStep(const std::string& name, std::optional<clsPalette> replaced);
+    // What a step keeps beside the grid: the palette and the level file's
+    // other fields, as they were before it.
+    struct LevelExtras {
+        clsPalette palette;
+        std::vector<std::uint8_t> defaultSpecials;
+        std::array<std::uint8_t, clsLevel::ccclSize> cccl{};
+        std::int32_t remX = 0;
+        std::int32_t remY = 0;
+    };
+    LevelExtras currentExtras() const;
+    // Puts extras in place and keeps what they replaced in them.
+    void swapExtras(LevelExtras& extras);
+    void usePalette(const clsPalette& palette);
+
+    void recordStep(const std::string& name, std::optional<LevelExtras> replaced);
     void changeCells(const std::string& name, const CellRange& range,
                      const std::function<void(clsLevel&)>& change);
     void takeBack(bool undoing);
     void nameStepBySpecials();
-    void swapPalette(clsPalette& other);
     void trimExtras();
     void settle(bool wasModified);
     void keepRecoveryCopy();
@@ -136,9 +157,10 @@ private:
     QString configuration_;
     std::filesystem::path applicationFolder_;
     UndoHistory history_;
-    // A palette step keeps the palette it replaced, one entry per step.
-    std::deque<std::optional<clsPalette>> undoPalettes_;
-    std::deque<std::optional<clsPalette>> redoPalettes_;
+    // A step that changed more than cells keeps what it replaced, one entry
+    // per step.
+    std::deque<std::optional<LevelExtras>> undoExtras_;
+    std::deque<std::optional<LevelExtras>> redoExtras_;
     // The cells differ from the file whatever the history's step: a
     // restored recovery copy, or a stroke going on after a save.
     bool offTheSteps_ = false;

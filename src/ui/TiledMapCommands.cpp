@@ -33,10 +33,6 @@ LevelFile savedFile(const OpenedLevel& opened) {
     return {opened.level, opened.palette, magic};
 }
 
-bool samePalette(const clsPalette& a, const clsPalette& b) {
-    return paletteProperty(a) == paletteProperty(b);
-}
-
 } // namespace
 
 void TiledMapCommands::tell(const QString& text, int style) const {
@@ -92,37 +88,17 @@ bool TiledMapCommands::importMap() {
              messageStyle::exclamation);
         return false;
     }
-    if (!usePalette(*document, imported.file)) {
-        return false;
-    }
-    const clsLevel& from = imported.file.level;
-    document->edit("Import Tiled Map", wholeLevel(opened->level), [&from](clsLevel& level) {
-        std::ranges::copy(from.cells(), level.cells().begin());
-        level.setDefaultSpecials({from.defaultSpecials().begin(), from.defaultSpecials().end()});
-        level.setCcclData(from.ccclData());
-        level.setRemX(from.remX());
-        level.setRemY(from.remY());
-    });
-    if (!imported.warning.empty()) {
-        tell(QString::fromStdString(imported.warning), messageStyle::information);
-    }
-    return true;
-}
-
-// A map with another palette brings it along: the graphics are read again
-// with it first, so that a failure leaves everything as it was.
-bool TiledMapCommands::usePalette(LevelDocument& document, const LevelFile& imported) {
-    if (samePalette(document.opened().palette, imported.palette)) {
-        return true;
-    }
     try {
-        document.changePalette(imported.palette);
+        document->replaceContents("Import Tiled Map", imported.file.level, imported.file.palette);
     } catch (const std::exception& error) {
         tell("The Tiled map was not imported: the graphics could not be read with its "
              "palette, so the level is as it was.\n\n" +
                  QString::fromStdString(error.what()),
              messageStyle::exclamation);
         return false;
+    }
+    if (!imported.warning.empty()) {
+        tell(QString::fromStdString(imported.warning), messageStyle::information);
     }
     return true;
 }

@@ -23,7 +23,6 @@ public:
     bool importMap();
 
 private:
-    bool usePalette(LevelDocument& document, const LevelFile& imported);
     void tell(const QString& text, int style) const;
 
     frmMain& window_;

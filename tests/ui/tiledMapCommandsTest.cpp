@@ -55,6 +55,9 @@ TEST_F(TiledMapCommandsTest, ExportWritesTheMapWithItsTileSetsBesideIt) {
 
 TEST_F(TiledMapCommandsTest, ImportReplacesCellsPaletteAndFieldsAsOneHistoryStep) {
     const std::int16_t before = opened().level.cellAt(4, 2).tile;
+    const std::int32_t remXBefore = opened().level.remX();
+    const std::uint32_t colourBefore = opened().palette.Entry(1);
+    const std::size_t stepsBefore = window_->history().steps().size();
     const auto map = changedExport([](TiledMap& map) {
         map.layers[0].gids[2 * 300 + 4] = 1 + 150;
         for (TiledProperty& property : map.properties) {
@@ -72,8 +75,15 @@ TEST_F(TiledMapCommandsTest, ImportReplacesCellsPaletteAndFieldsAsOneHistoryStep
     EXPECT_EQ(opened().palette.Entry(1), 0x0000FFu);
     EXPECT_TRUE(opened().level.modified);
     EXPECT_EQ(window_->history().nextUndo(), "Import Tiled Map");
+    EXPECT_EQ(window_->history().steps().size(), stepsBefore + 1);
     window_->editUndo();
     EXPECT_EQ(opened().level.cellAt(4, 2).tile, before);
+    EXPECT_EQ(opened().level.remX(), remXBefore);
+    EXPECT_EQ(opened().palette.Entry(1), colourBefore);
+    EXPECT_FALSE(opened().level.modified);
+    window_->editRedo();
+    EXPECT_EQ(opened().level.remX(), 77);
+    EXPECT_EQ(opened().palette.Entry(1), 0x0000FFu);
 }
 
 TEST_F(TiledMapCommandsTest, ARefusedMapChangesNothingAndSaysWhy) {
