@@ -21,8 +21,9 @@ ModalFocusReturn::~ModalFocusReturn() {
 bool ModalFocusReturn::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Hide && watched->isWidgetType()) {
         const auto* widget = static_cast<const QWidget*>(watched);
-        // The closing window has let go of the keyboard by now; nobody holds it.
-        if (widget->isWindow() && widget->isModal() && QApplication::activeWindow() == nullptr) {
+        // Whether the platform has taken the keyboard from the closing window
+        // yet depends on how busy it is, so the check waits for the timer.
+        if (widget->isWindow() && widget->isModal()) {
             // Once the closing has run its course: the next dialog may be
             // about to open and take the keyboard itself.
             QTimer::singleShot(0, this, [this] { returnFocus(); });
@@ -36,8 +37,10 @@ void ModalFocusReturn::returnFocus() const {
     if (next == nullptr) {
         next = mainWindow_();
     }
-    // A window manager, or the user, may have given it to a window already.
-    if (next != nullptr && next->isVisible() && QApplication::activeWindow() == nullptr) {
+    // A window manager, or the user, may have given it to a window already;
+    // a window that is gone holds it for nobody.
+    const QWidget* active = QApplication::activeWindow();
+    if (next != nullptr && next->isVisible() && (active == nullptr || !active->isVisible())) {
         next->activateWindow();
     }
 }
