@@ -200,7 +200,7 @@ bool frmMain::openInNewTab(const fs::path& file, const QString& configuration, b
 }
 
 std::optional<int> frmMain::tabOf(const fs::path& file) const {
-    // A bare name is the data folder's, whatever its case (rule 2's lookup).
+    // A bare name is the data folder's, found whatever its case.
     const fs::path wanted = levelFilePath(shared_.dataFolder(), file);
     std::error_code error;
     for (std::size_t i = 0; i < documents_.size(); ++i) {
