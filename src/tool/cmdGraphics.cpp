@@ -111,18 +111,14 @@ public:
     }
 
     int run() override {
-        try {
+        return reportFailure([this] {
             if (parsed_.action == "export") {
                 exportPicture(parsed_);
             } else {
                 importPicture(parsed_.input, parsed_.output, parsed_.format,
                               paletteChoice(parsed_));
             }
-            return 0;
-        } catch (const std::exception& error) {
-            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-            return 1;
-        }
+        });
     }
 
 private:

@@ -25,18 +25,14 @@ public:
     }
 
     int run() override {
-        try {
+        return reportFailure([this] {
             const std::filesystem::path input = input_;
             const std::vector<std::uint8_t> data = readWholeFile(input);
             if (data.empty()) {
                 throw FileError(input, "the file is empty");
             }
             implodeBytesToFile(data, output_, mode_);
-            return 0;
-        } catch (const FileError& error) {
-            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-            return 1;
-        }
+        });
     }
 
 private:

@@ -28,13 +28,7 @@ public:
     }
 
     int run() override {
-        try {
-            write_(folder_);
-            return 0;
-        } catch (const std::exception& error) {
-            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-            return 1;
-        }
+        return reportFailure([this] { write_(folder_); });
     }
 
 private:

@@ -119,17 +119,13 @@ public:
     }
 
     int run() override {
-        try {
+        return reportFailure([this] {
             if (parsed_.action == "export") {
                 exportMap(parsed_);
             } else {
                 importMap(parsed_);
             }
-            return 0;
-        } catch (const std::exception& error) {
-            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-            return 1;
-        }
+        });
     }
 
 private:

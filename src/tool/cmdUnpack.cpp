@@ -37,13 +37,7 @@ public:
     }
 
     int run() override {
-        try {
-            writeFileAtomically(output_, unpack(input_));
-            return 0;
-        } catch (const FileError& error) {
-            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-            return 1;
-        }
+        return reportFailure([this] { writeFileAtomically(output_, unpack(input_)); });
     }
 
 private:

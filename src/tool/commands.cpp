@@ -1,6 +1,8 @@
 #include "tool/commands.h"
 
 #include <array>
+#include <cstdio>
+#include <exception>
 
 namespace marvek::tool {
 
@@ -41,6 +43,16 @@ std::span<const Command> commands() {
          "Writes a level as a Tiled map, or a Tiled map back as a level.", makeTmx},
     }};
     return table;
+}
+
+int reportFailure(const std::function<void()>& work) {
+    try {
+        work();
+        return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "marvek-tool: %s\n", error.what());
+        return 1;
+    }
 }
 
 } // namespace marvek::tool

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <span>
 
@@ -27,5 +28,8 @@ struct Command {
 };
 
 std::span<const Command> commands();
+
+// Runs a command's work: 0 when it went through, 1 after printing why not.
+int reportFailure(const std::function<void()>& work);
 
 } // namespace marvek::tool
