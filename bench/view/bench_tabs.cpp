@@ -110,6 +110,19 @@ public:
             200);
     }
 
+    // One undo or redo of a one-cell step, alternately.
+    double undoOneCellMicros(LevelView& view) {
+        LevelDocument& document = view.document();
+        bool undoing = false;
+        return tool::medianMicros(
+            [&] {
+                undoing = !undoing;
+                const bool done = undoing ? document.undo() : document.redo();
+                tool::keep(view.backBuffer().width() + (done ? 1 : 0));
+            },
+            200);
+    }
+
     double switchMicros(LevelView& one, LevelView& other) {
         bool first = true;
         return tool::medianMicros(
@@ -143,6 +156,11 @@ int main(int argc, char** argv) {
         bench.show(large);
         const double largeRedraw = bench.redrawMicros(large);
         printFigure("edit-one-cell-1024x1024", bench.oneCellEditMicros(large), largeRedraw);
+        printFigure("undo-one-cell-1024x1024", bench.undoOneCellMicros(large), largeRedraw);
+        const double historyMegabytes =
+            double(large.document().history().bytes()) / (1024.0 * 1024.0);
+        std::printf("memory-history-1024x1024: %.1f MB for %zu one-cell steps\n", historyMegabytes,
+                    large.document().history().size());
 
         LevelView& sample = bench.open(std::make_unique<OpenedLevel>(openSample("L1MA1")));
         LevelView& other = bench.open(std::make_unique<OpenedLevel>(openSample("L1MA2")));
