@@ -2,7 +2,6 @@
 #include "ui/frmMain.h"
 
 #include "app/SharedObjects.h"
-#include "app/autosave.h"
 #include "app/clsMessageBox.h"
 #include "app/qtPaths.h"
 #include "data/cellRange.h"

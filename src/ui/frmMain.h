@@ -8,14 +8,12 @@
 #include <QSize>
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 class QAction;
 class QLabel;
@@ -204,7 +202,7 @@ private:
     void toggleSpecialsInTilesMode();
 
     void loadOptions();
-    // The tabs follow: the level in front changed, or its state.
+    // The window follows the level in front: its panels, commands and title.
     void connectTabs();
     void documentShown();
     // A level just opened: fresh editing state, views and panels follow.
