@@ -40,7 +40,8 @@ public:
     // The command line's levels, else the settings' default; false, after
     // telling the user, when none loads.
     bool openStartupLevels();
-    // A level in the front tab, as the specification's useConfig.
+    // The level in the front tab (a first tab when there is none); see
+    // LevelOpener::useConfig.
     bool useConfig(const std::filesystem::path& levelFile, const QString& configuration,
                    bool loadUnknown, QString* failure = nullptr) {
         return opener_.useConfig(levelFile, configuration, loadUnknown, failure);
