@@ -184,7 +184,7 @@ void frmMain::buildFileMenu() {
             &QAction::triggered, this, [this] { files_->saveAs(); });
     connect(addCommand(*file, "itmFileExportBitmap", "&Export Bitmap..."), &QAction::triggered,
             this, [this] { fileExportBitmap(); });
-    tiledMaps_ = std::make_unique<TiledMapCommands>(*this, shared_);
+    tiledMaps_ = std::make_unique<TiledMapCommands>(*tabs_, editing_, shared_, *this);
     QMenu* exports = file->addMenu("Expor&t");
     exports->setObjectName("mnuFileExport");
     connect(addCommand(*exports, "itmFileExportTiledMap", "&Tiled Map..."), &QAction::triggered,
