@@ -5,6 +5,7 @@
 #include <zlib.h>
 #include <zstd.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <memory>
@@ -184,23 +185,6 @@ std::vector<std::uint32_t> gidsOf(std::span<const std::uint8_t> bytes) {
     return gids;
 }
 
-std::string csv(std::span<const std::uint32_t> gids, std::int32_t width) {
-    std::string text = "\n";
-    text.reserve(gids.size() * 5);
-    std::array<char, 16> number{};
-    for (std::size_t i = 0; i < gids.size(); ++i) {
-        const auto end = std::to_chars(number.data(), number.data() + number.size(), gids[i]).ptr;
-        text.append(number.data(), end);
-        if (i + 1 < gids.size()) {
-            text += ',';
-        }
-        if (width > 0 && (i + 1) % static_cast<std::size_t>(width) == 0) {
-            text += '\n';
-        }
-    }
-    return text;
-}
-
 bool isBlank(char c) {
     return c == ' ' || c == '\n' || c == '\r' || c == '\t';
 }
@@ -259,20 +243,71 @@ LayerFormat layerFormatNamed(std::string_view name) {
                                 "\" (csv, base64, zlib, gzip, zstd or xml)");
 }
 
-EncodedLayer encodeLayer(std::span<const std::uint32_t> gids, LayerFormat format,
-                         std::int32_t width) {
+LayerEncoding layerEncoding(LayerFormat format) {
+    switch (format) {
+    case LayerFormat::csv:
+        return {"csv", ""};
+    case LayerFormat::base64:
+        return {"base64", ""};
+    case LayerFormat::zlib:
+        return {"base64", "zlib"};
+    case LayerFormat::gzip:
+        return {"base64", "gzip"};
+    case LayerFormat::zstd:
+        return {"base64", "zstd"};
+    case LayerFormat::xml:
+        return {"", ""};
+    }
+    throw std::invalid_argument("unknown layer format");
+}
+
+void appendNumberList(std::string& out, std::span<const std::uint32_t> gids,
+                      std::int32_t rowLength) {
+    // Numbers go through a block on the stack, which the string takes whole:
+    // no per-character growth checks, and no zero-filled room to write over.
+    constexpr std::size_t longestEntry = 12; // ten digits, a comma, a line end
+    std::array<char, 4096> block{};
+    char* at = block.data();
+    char* const full = block.data() + block.size() - longestEntry;
+    const auto row = static_cast<std::size_t>(std::max(rowLength, 0));
+    std::size_t column = 0;
+    for (std::size_t i = 0; i < gids.size(); ++i) {
+        at = std::to_chars(at, at + longestEntry, gids[i]).ptr;
+        if (i + 1 < gids.size()) {
+            *at++ = ',';
+        }
+        if (++column == row) {
+            *at++ = '\n';
+            column = 0;
+        }
+        if (at >= full) {
+            out.append(block.data(), at);
+            at = block.data();
+        }
+    }
+    out.append(block.data(), at);
+}
+
+void appendLayerText(std::string& out, std::span<const std::uint32_t> gids, LayerFormat format,
+                     std::int32_t width) {
     switch (format) {
     case LayerFormat::csv:
     case LayerFormat::xml:
-        return {"", "", csv(gids, width)};
+        out += '\n';
+        appendNumberList(out, gids, width);
+        return;
     case LayerFormat::base64:
-        return {"base64", "", base64(littleEndian(gids))};
+        out += base64(littleEndian(gids));
+        return;
     case LayerFormat::zlib:
-        return {"base64", "zlib", base64(deflated(littleEndian(gids), zlibWindow))};
+        out += base64(deflated(littleEndian(gids), zlibWindow));
+        return;
     case LayerFormat::gzip:
-        return {"base64", "gzip", base64(deflated(littleEndian(gids), zlibWindow + gzipWrapper))};
+        out += base64(deflated(littleEndian(gids), zlibWindow + gzipWrapper));
+        return;
     case LayerFormat::zstd:
-        return {"base64", "zstd", base64(zstdPacked(littleEndian(gids)))};
+        out += base64(zstdPacked(littleEndian(gids)));
+        return;
     }
     throw std::invalid_argument("unknown layer format");
 }
