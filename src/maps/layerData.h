@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -33,6 +34,16 @@ void appendLayerText(std::string& out, std::span<const std::uint32_t> gids, Laye
 // each row of rowLength cells (none when rowLength is 0 or less).
 void appendNumberList(std::string& out, std::span<const std::uint32_t> gids,
                       std::int32_t rowLength);
+
+// CSV layer data read from the start of text up to the first byte that is
+// no digit, comma or blank: the gids, and how many bytes that is.
+struct CsvPrefix {
+    std::vector<std::uint32_t> gids;
+    std::size_t length = 0;
+};
+// None when that much of the text would be refused as CSV data (an empty
+// field, a number past 32 bits), which decodeLayer then says why.
+std::optional<CsvPrefix> readCsvPrefix(std::string_view text);
 
 // The gids of layer data given as text with Tiled's encoding ("csv",
 // "base64") and compression ("", "zlib", "gzip", "zstd"). Throws

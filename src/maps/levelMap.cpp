@@ -3,12 +3,14 @@
 #include "maps/levelProperties.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace marvek {
 namespace {
 
 // Tiled keeps a tile's flips and rotation in a gid's top bits.
 constexpr std::uint32_t transformBits = 0xF0000000u;
+constexpr std::uint32_t firstTransformed = 0x10000000u;
 constexpr std::uint32_t tileMask = static_cast<std::uint32_t>(clsLevel::largestFileTile);
 constexpr std::uint32_t specialMask = mapSpecialCount - 1;
 // Deliberately the cell count a standard level's file states (300 x 84).
@@ -40,16 +42,58 @@ public:
             ranges_.push_back({reference.firstGid, reference.firstGid + std::uint64_t{tiles},
                                layerOf(reference.tileSet) == layer.name, &reference.tileSet});
         }
+        findPlainGids();
     }
 
     // The cell's number within the layer's tile set; emptyNumber for gid 0.
     std::uint32_t number(std::size_t index, std::uint32_t emptyNumber) const {
         const std::uint32_t gid = layer_.gids[index];
+        if (gid - plainFirst_ < plainCount_) {
+            return gid - plainFirst_;
+        }
+        return gid == 0 ? emptyNumber : checkedNumber(index);
+    }
+
+    // The gids that need no check but that they lie in first..first+count:
+    // the layer's own tile set, up to the tiles a level keeps and the next
+    // tile set's first gid. Level maps hold nothing else (and 0 where a
+    // layer may be empty), which one pass over the layer can tell.
+    std::uint32_t plainFirst() const { return plainFirst_; }
+    std::uint32_t plainCount() const { return plainCount_; }
+
+private:
+    struct Range {
+        std::uint32_t first;
+        std::uint64_t end;
+        bool allowed;
+        const TiledTileSet* tileSet;
+    };
+
+    void findPlainGids() {
+        for (const Range& range : ranges_) {
+            if (!range.allowed || range.first == 0 || rangeOf(range.first) != &range) {
+                continue;
+            }
+            std::uint64_t end = std::min(
+                {range.end, range.first + std::uint64_t{count_}, std::uint64_t{firstTransformed}});
+            for (const Range& other : ranges_) {
+                if (other.first > range.first) {
+                    end = std::min<std::uint64_t>(end, other.first);
+                }
+            }
+            if (end > range.first) {
+                plainFirst_ = range.first;
+                plainCount_ = static_cast<std::uint32_t>(end - range.first);
+                return;
+            }
+        }
+    }
+
+    // The number of a gid other than 0, or why it cannot be.
+    std::uint32_t checkedNumber(std::size_t index) const {
+        const std::uint32_t gid = layer_.gids[index];
         if ((gid & transformBits) != 0) {
             refuse(index, "the tile is flipped or rotated, which a level cannot hold");
-        }
-        if (gid == 0) {
-            return emptyNumber;
         }
         const Range* range = rangeOf(gid);
         if (range == nullptr) {
@@ -74,14 +118,6 @@ public:
         return local;
     }
 
-private:
-    struct Range {
-        std::uint32_t first;
-        std::uint64_t end;
-        bool allowed;
-        const TiledTileSet* tileSet;
-    };
-
     // The tile set a gid falls in: the one with the largest first gid not
     // above it.
     const Range* rangeOf(std::uint32_t gid) const {
@@ -102,6 +138,8 @@ private:
     const TiledTileLayer& layer_;
     std::uint32_t count_;
     std::vector<Range> ranges_;
+    std::uint32_t plainFirst_ = 0;
+    std::uint32_t plainCount_ = 0;
 };
 
 void checkShape(const TiledMap& map) {
@@ -139,6 +177,17 @@ void readTiles(const TiledMap& map, const TiledTileLayer& layer, clsLevel& level
     const LayerReader reader(map, layer, mapTileCount);
     constexpr std::uint32_t empty = UINT32_MAX;
     const auto cells = level.cells();
+    const std::uint32_t first = reader.plainFirst();
+    const std::uint32_t count = reader.plainCount();
+    bool plain = true;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const std::uint32_t number = layer.gids[i] - first;
+        plain &= number < count;
+        cells[i].tile = static_cast<std::int16_t>(number);
+    }
+    if (plain) {
+        return;
+    }
     for (std::size_t i = 0; i < cells.size(); ++i) {
         const std::uint32_t tile = reader.number(i, empty);
         if (tile == empty) {
@@ -153,6 +202,18 @@ void readSpecials(const TiledMap& map, const TiledTileLayer& layer, clsLevel& le
     checkCellCount(map, layer);
     const LayerReader reader(map, layer, mapSpecialCount);
     const auto cells = level.cells();
+    const std::uint32_t first = reader.plainFirst();
+    const std::uint32_t count = reader.plainCount();
+    bool plain = true;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const std::uint32_t gid = layer.gids[i];
+        const std::uint32_t number = gid == 0 ? 0 : gid - first;
+        plain &= gid == 0 || number < count;
+        cells[i].special = static_cast<std::uint8_t>(number);
+    }
+    if (plain) {
+        return;
+    }
     for (std::size_t i = 0; i < cells.size(); ++i) {
         cells[i].special = static_cast<std::uint8_t>(reader.number(i, 0));
     }
@@ -183,16 +244,18 @@ std::vector<std::string> ignoredParts(const TiledMap& map) {
 }
 
 std::vector<std::uint32_t> tileGids(const clsLevel& level) {
-    std::vector<std::uint32_t> gids(level.cells().size());
-    std::ranges::transform(level.cells(), gids.begin(), [](const Cell& cell) {
+    std::vector<std::uint32_t> gids;
+    gids.reserve(level.cells().size());
+    std::ranges::transform(level.cells(), std::back_inserter(gids), [](const Cell& cell) {
         return tilesFirstGid + (static_cast<std::uint32_t>(cell.tile) & tileMask);
     });
     return gids;
 }
 
 std::vector<std::uint32_t> specialGids(const clsLevel& level) {
-    std::vector<std::uint32_t> gids(level.cells().size());
-    std::ranges::transform(level.cells(), gids.begin(), [](const Cell& cell) {
+    std::vector<std::uint32_t> gids;
+    gids.reserve(level.cells().size());
+    std::ranges::transform(level.cells(), std::back_inserter(gids), [](const Cell& cell) {
         const std::uint32_t special = cell.special & specialMask;
         return special == 0 ? 0 : specialsFirstGid + special;
     });
@@ -220,8 +283,10 @@ TiledMap mapFromLevel(const LevelFile& file, const std::string& tilesSource,
     map.height = level.height;
     map.properties = levelProperties(file);
     map.tileSets = {{tilesFirstGid, tilesSource, {}}, {specialsFirstGid, specialsSource, {}}};
-    map.layers = {{tiledNames::tilesLayer, tileGids(level)},
-                  {tiledNames::specialsLayer, specialGids(level)}};
+    // Moved in: an initializer list would copy each layer's cells.
+    map.layers.reserve(2);
+    map.layers.push_back({tiledNames::tilesLayer, tileGids(level)});
+    map.layers.push_back({tiledNames::specialsLayer, specialGids(level)});
     return map;
 }
 

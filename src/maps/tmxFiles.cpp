@@ -1,6 +1,7 @@
 // Tiled's XML forms: the map (TMX) and the tile set (TSX).
 #include "maps/mapFiles.h"
 
+#include "maps/csvLayerText.h"
 #include "maps/xmlWriter.h"
 
 #include <pugixml.hpp>
@@ -125,7 +126,8 @@ TiledTileSet readTileSetNode(pugi::xml_node node) {
     return tileSet;
 }
 
-std::vector<std::uint32_t> readLayerData(pugi::xml_node data, const std::string& layerName) {
+std::vector<std::uint32_t> readLayerData(pugi::xml_node data, const std::string& layerName,
+                                         CsvLayerText& csv) {
     if (data.child("chunk")) {
         throw std::runtime_error("layer \"" + layerName +
                                  "\" is stored in chunks, as only an "
@@ -139,6 +141,10 @@ std::vector<std::uint32_t> readLayerData(pugi::xml_node data, const std::string&
         }
         return gids;
     }
+    std::vector<std::uint32_t> gids;
+    if (csv.take(data.text().get(), gids)) {
+        return gids;
+    }
     try {
         return decodeLayer(data.text().get(), encoding, data.attribute("compression").as_string());
     } catch (const std::runtime_error& error) {
@@ -146,9 +152,14 @@ std::vector<std::uint32_t> readLayerData(pugi::xml_node data, const std::string&
     }
 }
 
+// The root of the XML text; original is the file's text, whose parsing
+// names what is wrong when the text (the file without its CSV data) fails.
 pugi::xml_node parsedRoot(pugi::xml_document& document, std::string_view text,
-                          const char* rootName) {
-    const pugi::xml_parse_result result = document.load_buffer(text.data(), text.size());
+                          std::string_view original, const char* rootName) {
+    pugi::xml_parse_result result = document.load_buffer(text.data(), text.size());
+    if (!result && text.data() != original.data()) {
+        result = document.load_buffer(original.data(), original.size());
+    }
     if (!result) {
         throw std::runtime_error(std::string("this is not an XML file: ") + result.description() +
                                  " at byte " + std::to_string(result.offset));
@@ -160,7 +171,8 @@ pugi::xml_node parsedRoot(pugi::xml_document& document, std::string_view text,
     return root;
 }
 
-void readChildren(pugi::xml_node root, TiledMap& map, const TileSetLoader& loadTileSet) {
+void readChildren(pugi::xml_node root, TiledMap& map, const TileSetLoader& loadTileSet,
+                  CsvLayerText& csv) {
     for (pugi::xml_node node : root.children()) {
         const std::string_view kind = node.name();
         const std::string name = node.attribute("name").as_string();
@@ -172,7 +184,7 @@ void readChildren(pugi::xml_node root, TiledMap& map, const TileSetLoader& loadT
                 reference.source.empty() ? readTileSetNode(node) : loadTileSet(reference.source);
             map.tileSets.push_back(std::move(reference));
         } else if (kind == "layer") {
-            map.layers.push_back({name, readLayerData(node.child("data"), name)});
+            map.layers.push_back({name, readLayerData(node.child("data"), name, csv)});
         } else if (kind == "objectgroup") {
             map.ignored.push_back("object layer \"" + name + "\"");
         } else if (kind == "imagelayer") {
@@ -225,8 +237,9 @@ std::string writeTsx(const TiledTileSet& tileSet) {
 }
 
 TiledMap readTmx(std::string_view text, const TileSetLoader& loadTileSet) {
+    CsvLayerText csv(text);
     pugi::xml_document document;
-    const pugi::xml_node root = parsedRoot(document, text, "map");
+    const pugi::xml_node root = parsedRoot(document, csv.xml(), text, "map");
     TiledMap map;
     map.width = root.attribute("width").as_int();
     map.height = root.attribute("height").as_int();
@@ -235,14 +248,14 @@ TiledMap readTmx(std::string_view text, const TileSetLoader& loadTileSet) {
     map.infinite = root.attribute("infinite").as_int() != 0;
     map.properties = readProperties(root);
     if (!map.infinite) {
-        readChildren(root, map, loadTileSet);
+        readChildren(root, map, loadTileSet, csv);
     }
     return map;
 }
 
 TiledTileSet readTsx(std::string_view text) {
     pugi::xml_document document;
-    return readTileSetNode(parsedRoot(document, text, "tileset"));
+    return readTileSetNode(parsedRoot(document, text, text, "tileset"));
 }
 
 } // namespace marvek
