@@ -3,6 +3,8 @@
 #include "maps/levelProperties.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <iterator>
 
 namespace marvek {
@@ -177,17 +179,6 @@ void readTiles(const TiledMap& map, const TiledTileLayer& layer, clsLevel& level
     const LayerReader reader(map, layer, mapTileCount);
     constexpr std::uint32_t empty = UINT32_MAX;
     const auto cells = level.cells();
-    const std::uint32_t first = reader.plainFirst();
-    const std::uint32_t count = reader.plainCount();
-    bool plain = true;
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        const std::uint32_t number = layer.gids[i] - first;
-        plain &= number < count;
-        cells[i].tile = static_cast<std::int16_t>(number);
-    }
-    if (plain) {
-        return;
-    }
     for (std::size_t i = 0; i < cells.size(); ++i) {
         const std::uint32_t tile = reader.number(i, empty);
         if (tile == empty) {
@@ -202,21 +193,65 @@ void readSpecials(const TiledMap& map, const TiledTileLayer& layer, clsLevel& le
     checkCellCount(map, layer);
     const LayerReader reader(map, layer, mapSpecialCount);
     const auto cells = level.cells();
-    const std::uint32_t first = reader.plainFirst();
-    const std::uint32_t count = reader.plainCount();
-    bool plain = true;
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        const std::uint32_t gid = layer.gids[i];
-        const std::uint32_t number = gid == 0 ? 0 : gid - first;
-        plain &= gid == 0 || number < count;
-        cells[i].special = static_cast<std::uint8_t>(number);
-    }
-    if (plain) {
-        return;
-    }
     for (std::size_t i = 0; i < cells.size(); ++i) {
         cells[i].special = static_cast<std::uint8_t>(reader.number(i, 0));
     }
+}
+
+// A cell whole, as the word that holds it (little-endian machines only).
+constexpr std::uint32_t cellWord(std::uint32_t tile, std::uint32_t special) {
+    return (tile & 0xFFFFu) | (special & 0xFFu) << 16;
+}
+static_assert(sizeof(Cell) == sizeof(std::uint32_t) &&
+              (std::endian::native != std::endian::little ||
+               std::bit_cast<Cell>(cellWord(3, 5)) == Cell{3, 5, 0}));
+
+// The gids of a layer that need no check but that they lie in
+// first..first+count (LayerReader::plainFirst).
+struct PlainGids {
+    std::uint32_t first;
+    std::uint32_t count;
+};
+
+// The cells of both layers, written without a branch so that compilers
+// vectorise it; false when any gid lies outside the plain ones.
+bool writePlainCells(std::span<const std::uint32_t> tiles, PlainGids tileGids,
+                     std::span<const std::uint32_t> specials, PlainGids specialGids,
+                     std::span<Cell> cells) {
+    auto* const bytes = reinterpret_cast<unsigned char*>(cells.data());
+    unsigned plain = 1;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const std::uint32_t tile = tiles[i] - tileGids.first;
+        const std::uint32_t gid = specials[i];
+        const std::uint32_t empty = gid == 0 ? 1 : 0;
+        const std::uint32_t special = (gid - specialGids.first) & (empty - 1);
+        plain &=
+            (tile < tileGids.count ? 1u : 0u) & (empty | (special < specialGids.count ? 1u : 0u));
+        if constexpr (std::endian::native == std::endian::little) {
+            // Cells are copied as bytes, which the compiler vectorises.
+            const std::uint32_t word = cellWord(tile, special);
+            std::memcpy(bytes + i * sizeof word, &word, sizeof word);
+        } else {
+            cells[i] = Cell{static_cast<std::int16_t>(tile), static_cast<std::uint8_t>(special), 0};
+        }
+    }
+    return plain != 0;
+}
+
+// Both layers in one pass, which is all a level's own map needs: each gid
+// of the layer's tile set, a special or 0. False when any cell needs the
+// checks of readTiles and readSpecials, which then say what is wrong.
+bool readPlainCells(const TiledMap& map, const TiledTileLayer& tiles,
+                    const TiledTileLayer& specials, clsLevel& level) {
+    const auto cells = level.cells();
+    if (tiles.gids.size() != cells.size() || specials.gids.size() != cells.size()) {
+        return false;
+    }
+    const LayerReader tileReader(map, tiles, mapTileCount);
+    const LayerReader specialReader(map, specials, mapSpecialCount);
+    return writePlainCells(tiles.gids, {tileReader.plainFirst(), tileReader.plainCount()},
+                           specials.gids, {specialReader.plainFirst(), specialReader.plainCount()},
+                           cells);
 }
 
 std::vector<std::string> ignoredParts(const TiledMap& map) {
@@ -301,9 +336,12 @@ LevelFromMap levelFromMap(const TiledMap& map, const LevelFile* base) {
     level.width = map.width;
     level.height = map.height;
     level.resizeCells();
-    readTiles(map, *tiles, level);
-    if (const TiledTileLayer* specials = findLayer(map, tiledNames::specialsLayer)) {
-        readSpecials(map, *specials, level);
+    const TiledTileLayer* specials = findLayer(map, tiledNames::specialsLayer);
+    if (specials == nullptr || !readPlainCells(map, *tiles, *specials, level)) {
+        readTiles(map, *tiles, level);
+        if (specials != nullptr) {
+            readSpecials(map, *specials, level);
+        }
     }
     applyLevelProperties(map.properties, base, result.file);
     result.ignored = ignoredParts(map);
