@@ -2,6 +2,7 @@
 
 #include "maps/layerData.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace marvek {
@@ -66,8 +67,13 @@ bool saysPlainCsv(std::string_view attributes) {
 } // namespace
 
 CsvLayerText::CsvLayerText(std::string_view map) : map_(map) {
-    if (map_.find(markByte) == std::string_view::npos) {
-        scan();
+    scan();
+    // A mark byte the file held itself could pass for one of ours; the
+    // parser sees only what was not taken, so that is where to look.
+    if (!taken_.empty() &&
+        static_cast<std::size_t>(std::ranges::count(xml_, markByte)) != taken_.size()) {
+        taken_.clear();
+        xml_.clear();
     }
 }
 

@@ -236,33 +236,56 @@ std::vector<std::uint32_t> uncsv(std::string_view text) {
     return gids;
 }
 
-// Most cells of a level's layers are single digits ("0," for a cell
-// without a special): eight bytes at a time, four such cells are read at
-// once, each byte lane checked without branching. Returns where the run
-// ends.
-const char* singleDigitRun(const char* at, const char* end, std::uint32_t*& out) {
+// Byte lanes of a little-endian word, each checked without branching.
+constexpr std::uint64_t fromZero = 0x5050505050505050u; // sets a lane's top bit from '0' up
+constexpr std::uint64_t pastNine = 0x4646464646464646u; // sets it from ':' up
+
+// True when the lanes in mask (their top bits) hold digits.
+bool digitsIn(std::uint64_t word, std::uint64_t mask) {
+    // Carries run only towards later lanes, so a lane never spoils one
+    // before it; lanes past 0x7F are no digits.
+    return (word & mask) == 0 && ((word + fromZero) & mask) == mask &&
+           ((word + pastNine) & mask) == 0;
+}
+
+// Most cells of a level's layers have numbers of one or two digits ("0,"
+// for a cell without a special): eight bytes at a time, four such numbers
+// ("d,d,d,d,") or two ("dd,dd,") are read at once. Returns where such runs
+// end.
+const char* shortNumberRun(const char* at, const char* end, std::uint32_t*& out) {
     if constexpr (std::endian::native != std::endian::little) {
         return at;
     }
-    constexpr std::uint64_t commas = 0x2C002C002C002C00u;
-    constexpr std::uint64_t evenBytes = 0x00FF00FF00FF00FFu;
-    constexpr std::uint64_t carries = 0x0100010001000100u;
-    constexpr std::uint64_t fromZero = 0x00D000D000D000D0u; // carries from '0' up
-    constexpr std::uint64_t pastNine = 0x00C600C600C600C6u; // carries from ':' up
-    constexpr std::uint64_t zeros = 0x0030003000300030u;
+    constexpr std::uint64_t singleCommas = 0x2C002C002C002C00u;
+    constexpr std::uint64_t singleDigits = 0x0080008000800080u;
+    constexpr std::uint64_t pairCommas = 0x00002C00002C0000u;
+    constexpr std::uint64_t pairCommaLanes = 0x0000FF0000FF0000u;
+    constexpr std::uint64_t pairDigits = 0x0000008080008080u;
+    constexpr std::uint64_t nibbles = 0x000F000F000F000Fu;
+    constexpr unsigned tens = 10;
     while (end - at >= 8) {
-        std::uint64_t bytes = 0;
-        std::memcpy(&bytes, at, sizeof bytes);
-        const std::uint64_t digits = bytes & evenBytes;
-        if ((bytes & ~evenBytes) != commas || ((digits + fromZero) & carries) != carries ||
-            ((digits + pastNine) & carries) != 0) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, at, sizeof word);
+        if ((word & 0xFF00FF00FF00FF00u) == singleCommas && digitsIn(word, singleDigits)) {
+            // The four 16-bit lanes spread to two words of two 32-bit ones.
+            const std::uint64_t digits = word & nibbles;
+            const std::array<std::uint64_t, 2> spread{
+                (digits & 0xFFFFu) | (digits & 0xFFFF0000u) << 16,
+                (digits >> 32 & 0xFFFFu) | (digits >> 48) << 32};
+            std::memcpy(out, spread.data(), sizeof spread);
+            out += 4;
+            at += 8;
+        } else if ((word & pairCommaLanes) == pairCommas && digitsIn(word, pairDigits)) {
+            const auto digit = [word](int lane) {
+                return static_cast<std::uint32_t>(word >> (8 * lane)) & 0xFu;
+            };
+            *out++ = digit(0) * tens + digit(1);
+            *out++ = digit(3) * tens + digit(4);
+            at += 6;
+        } else {
             return at;
         }
-        const std::uint64_t values = digits - zeros;
-        for (int lane = 0; lane < 4; ++lane) {
-            *out++ = static_cast<std::uint32_t>(values >> (16 * lane)) & 0xFFu;
-        }
-        at = skipBlanks(at + 8, end);
+        at = skipBlanks(at, end);
     }
     return at;
 }
@@ -276,7 +299,7 @@ std::optional<CsvPrefix> readCsvPrefix(std::string_view text) {
     const char* at = skipBlanks(text.data(), text.data() + text.size());
     const char* const end = text.data() + text.size();
     while (at != end) {
-        at = singleDigitRun(at, end, out);
+        at = shortNumberRun(at, end, out);
         if (at == end || !isDigit(*at)) {
             if (at != end && *at == ',') {
                 return std::nullopt; // an empty field
