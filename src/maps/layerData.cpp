@@ -252,35 +252,65 @@ bool digitsIn(std::uint64_t word, std::uint64_t mask) {
 // for a cell without a special): eight bytes at a time, four such numbers
 // ("d,d,d,d,") or two ("dd,dd,") are read at once. Returns where such runs
 // end.
+// Four single-digit numbers ("d,d,d,d,") in a word, or false.
+bool fourSingleDigits(std::uint64_t word, std::uint32_t* out) {
+    constexpr std::uint64_t commas = 0x2C002C002C002C00u;
+    constexpr std::uint64_t commaLanes = 0xFF00FF00FF00FF00u;
+    constexpr std::uint64_t digitLanes = 0x0080008000800080u;
+    constexpr std::uint64_t nibbles = 0x000F000F000F000Fu;
+    if ((word & commaLanes) != commas || !digitsIn(word, digitLanes)) {
+        return false;
+    }
+    // The four 16-bit lanes spread to two words of two 32-bit ones.
+    const std::uint64_t digits = word & nibbles;
+    const std::array<std::uint64_t, 2> spread{(digits & 0xFFFFu) | (digits & 0xFFFF0000u) << 16,
+                                              (digits >> 32 & 0xFFFFu) | (digits >> 48) << 32};
+    std::memcpy(out, spread.data(), sizeof spread);
+    return true;
+}
+
+// Two two-digit numbers ("dd,dd,") at the start of a word, or false.
+bool twoDoubleDigits(std::uint64_t word, std::uint32_t* out) {
+    constexpr std::uint64_t commas = 0x00002C00002C0000u;
+    constexpr std::uint64_t commaLanes = 0x0000FF0000FF0000u;
+    constexpr std::uint64_t digitLanes = 0x0000008080008080u;
+    constexpr unsigned tens = 10;
+    if ((word & commaLanes) != commas || !digitsIn(word, digitLanes)) {
+        return false;
+    }
+    const auto digit = [word](int lane) {
+        return static_cast<std::uint32_t>(word >> (8 * lane)) & 0xFu;
+    };
+    out[0] = digit(0) * tens + digit(1);
+    out[1] = digit(3) * tens + digit(4);
+    return true;
+}
+
+std::uint64_t wordAt(const char* at) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+}
+
+// Most cells of a level's layers have numbers of one or two digits ("0,"
+// for a cell without a special): eight bytes at a time, four such numbers
+// ("d,d,d,d,") or two ("dd,dd,") are read at once, and a long run of single
+// digits sixteen bytes at a time. Returns where such runs end.
 const char* shortNumberRun(const char* at, const char* end, std::uint32_t*& out) {
     if constexpr (std::endian::native != std::endian::little) {
         return at;
     }
-    constexpr std::uint64_t singleCommas = 0x2C002C002C002C00u;
-    constexpr std::uint64_t singleDigits = 0x0080008000800080u;
-    constexpr std::uint64_t pairCommas = 0x00002C00002C0000u;
-    constexpr std::uint64_t pairCommaLanes = 0x0000FF0000FF0000u;
-    constexpr std::uint64_t pairDigits = 0x0000008080008080u;
-    constexpr std::uint64_t nibbles = 0x000F000F000F000Fu;
-    constexpr unsigned tens = 10;
-    while (end - at >= 8) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, at, sizeof word);
-        if ((word & 0xFF00FF00FF00FF00u) == singleCommas && digitsIn(word, singleDigits)) {
-            // The four 16-bit lanes spread to two words of two 32-bit ones.
-            const std::uint64_t digits = word & nibbles;
-            const std::array<std::uint64_t, 2> spread{
-                (digits & 0xFFFFu) | (digits & 0xFFFF0000u) << 16,
-                (digits >> 32 & 0xFFFFu) | (digits >> 48) << 32};
-            std::memcpy(out, spread.data(), sizeof spread);
+    constexpr std::ptrdiff_t wordSize = sizeof(std::uint64_t);
+    while (end - at >= wordSize) {
+        if (end - at >= 2 * wordSize && fourSingleDigits(wordAt(at), out) &&
+            fourSingleDigits(wordAt(at + wordSize), out + 4)) {
+            out += 8;
+            at += 2 * wordSize;
+        } else if (fourSingleDigits(wordAt(at), out)) {
             out += 4;
-            at += 8;
-        } else if ((word & pairCommaLanes) == pairCommas && digitsIn(word, pairDigits)) {
-            const auto digit = [word](int lane) {
-                return static_cast<std::uint32_t>(word >> (8 * lane)) & 0xFu;
-            };
-            *out++ = digit(0) * tens + digit(1);
-            *out++ = digit(3) * tens + digit(4);
+            at += wordSize;
+        } else if (twoDoubleDigits(wordAt(at), out)) {
+            out += 2;
             at += 6;
         } else {
             return at;
