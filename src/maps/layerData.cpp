@@ -295,17 +295,26 @@ std::uint64_t wordAt(const char* at) {
 // Most cells of a level's layers have numbers of one or two digits ("0,"
 // for a cell without a special): eight bytes at a time, four such numbers
 // ("d,d,d,d,") or two ("dd,dd,") are read at once, and a long run of single
-// digits sixteen bytes at a time. Returns where such runs end.
-const char* shortNumberRun(const char* at, const char* end, std::uint32_t*& out) {
+// digits sixteen bytes at a time, each run while out is below outLimit
+// (which leaves room for eight). Returns where the runs end.
+const char* shortNumberRun(const char* at, const char* end, std::uint32_t*& out,
+                           const std::uint32_t* outLimit) {
     if constexpr (std::endian::native != std::endian::little) {
         return at;
     }
     constexpr std::ptrdiff_t wordSize = sizeof(std::uint64_t);
-    while (end - at >= wordSize) {
+    while (end - at >= wordSize && out < outLimit) {
         if (end - at >= 2 * wordSize && fourSingleDigits(wordAt(at), out) &&
             fourSingleDigits(wordAt(at + wordSize), out + 4)) {
             out += 8;
             at += 2 * wordSize;
+            // A Specials layer's long runs of "0,".
+            while (end - at >= 2 * wordSize && out < outLimit &&
+                   fourSingleDigits(wordAt(at), out) &&
+                   fourSingleDigits(wordAt(at + wordSize), out + 4)) {
+                out += 8;
+                at += 2 * wordSize;
+            }
         } else if (fourSingleDigits(wordAt(at), out)) {
             out += 4;
             at += wordSize;
@@ -323,13 +332,22 @@ const char* shortNumberRun(const char* at, const char* end, std::uint32_t*& out)
 } // namespace
 
 std::optional<CsvPrefix> readCsvPrefix(std::string_view text) {
-    // Each number takes a byte and a separator but the last.
-    std::vector<std::uint32_t> gids(text.size() / 2 + 1);
-    std::uint32_t* out = gids.data();
+    // Each number takes a byte and a separator but the last. The gids go
+    // through a block on the stack into the vector, whose memory is then
+    // written once rather than zeroed first.
+    std::vector<std::uint32_t> gids;
+    gids.reserve(text.size() / 2 + 1);
+    std::array<std::uint32_t, 512> block{};
+    std::uint32_t* out = block.data();
+    const std::uint32_t* const outLimit = block.data() + block.size() - 8;
     const char* at = skipBlanks(text.data(), text.data() + text.size());
     const char* const end = text.data() + text.size();
     while (at != end) {
-        at = shortNumberRun(at, end, out);
+        if (out >= outLimit) {
+            gids.insert(gids.end(), block.data(), out);
+            out = block.data();
+        }
+        at = shortNumberRun(at, end, out, outLimit);
         if (at == end || !isDigit(*at)) {
             if (at != end && *at == ',') {
                 return std::nullopt; // an empty field
@@ -349,7 +367,7 @@ std::optional<CsvPrefix> readCsvPrefix(std::string_view text) {
             at = skipBlanks(at + 1, end);
         }
     }
-    gids.resize(static_cast<std::size_t>(out - gids.data()));
+    gids.insert(gids.end(), block.data(), out);
     return CsvPrefix{std::move(gids), static_cast<std::size_t>(at - text.data())};
 }
 
