@@ -321,6 +321,10 @@ const char* shortNumberRun(const char* at, const char* end, std::uint32_t*& out,
         } else if (twoDoubleDigits(wordAt(at), out)) {
             out += 2;
             at += 6;
+            while (end - at >= wordSize && out < outLimit && twoDoubleDigits(wordAt(at), out)) {
+                out += 2;
+                at += 6;
+            }
         } else {
             return at;
         }
