@@ -248,10 +248,6 @@ bool digitsIn(std::uint64_t word, std::uint64_t mask) {
            ((word + pastNine) & mask) == 0;
 }
 
-// Most cells of a level's layers have numbers of one or two digits ("0,"
-// for a cell without a special): eight bytes at a time, four such numbers
-// ("d,d,d,d,") or two ("dd,dd,") are read at once. Returns where such runs
-// end.
 // Four single-digit numbers ("d,d,d,d,") in a word, or false.
 bool fourSingleDigits(std::uint64_t word, std::uint32_t* out) {
     constexpr std::uint64_t commas = 0x2C002C002C002C00u;

@@ -15,7 +15,8 @@ public:
     // Starts with the declaration; reserve is the expected length.
     explicit XmlWriter(std::size_t reserve);
 
-    // Opens a child of the open element (or the root).
+    // Opens a child of the open element (or the root); name is kept until
+    // the element is closed, so it is a literal.
     void open(std::string_view name);
     // Attributes of the element just opened, before its children or text.
     void attribute(std::string_view name, std::string_view value);
