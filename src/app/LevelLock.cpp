@@ -4,6 +4,7 @@
 
 #include <QLockFile>
 
+#include <string>
 #include <system_error>
 
 namespace marvek {
@@ -27,7 +28,11 @@ LevelLock::LevelLock(const fs::path& level)
 LevelLock::~LevelLock() = default;
 
 fs::path LevelLock::lockPath(const fs::path& level) {
-    return level.parent_path() / ("." + level.filename().string() + ".lock");
+    // Appended, not "." + name: GCC 12 warns falsely about the latter.
+    std::string name = ".";
+    name += level.filename().string();
+    name += ".lock";
+    return level.parent_path() / name;
 }
 
 bool LevelLock::held() const noexcept {
