@@ -7,13 +7,12 @@
 #include "app/qtPaths.h"
 #include "data/cellRange.h"
 #include "data/openLevel.h"
-#include "ui/BrushTool.h"
-#include "ui/BucketFillTool.h"
+#include "ui/EditCommands.h"
 #include "ui/LevelDocument.h"
+#include "ui/LevelTools.h"
 #include "ui/LevelView.h"
 #include "ui/PaletteStrip.h"
 #include "ui/PictureBox.h"
-#include "ui/SelectTool.h"
 #include "ui/TiledMapCommands.h"
 #include "ui/ViewMenu.h"
 #include "ui/windowPlacement.h"
@@ -169,7 +168,7 @@ void frmMain::buildMenus() {
     connect(itmEditRedo_, &QAction::triggered, this, &frmMain::editRedo);
     edit->addSeparator();
     connect(addCommand(*edit, "itmEditPalette", "Pa&lette..."), &QAction::triggered, this,
-            &frmMain::editPalette);
+            [this] { edits_->editPalette(); });
     connect(addCommand(*edit, "itmEditGoToCell", "&Go to Cell...", QKeySequence("Ctrl+G")),
             &QAction::triggered, this, &frmMain::editGoToCell);
     buildViewMenu();
@@ -306,7 +305,7 @@ int frmMain::zoom() const {
 }
 
 std::int32_t frmMain::dragState() const {
-    return currentView() != nullptr ? static_cast<std::int32_t>(currentView()->gesture()) : 0;
+    return currentView() != nullptr ? static_cast<std::int32_t>(currentView()->dragState()) : 0;
 }
 
 bool frmMain::tileModifierHeld() const {
@@ -354,11 +353,12 @@ const clsSpecial* frmMain::selectedSpecial() const {
 
 const clsRectangle& frmMain::selection() const {
     static const clsRectangle none;
-    return currentView() != nullptr ? currentView()->gestureArea() : none;
+    const clsRectangle* area = currentView() != nullptr ? currentView()->draggedArea() : nullptr;
+    return area != nullptr ? *area : none;
 }
 
 bool frmMain::selectionVisible() const {
-    return currentView() != nullptr && currentView()->gestureAreaVisible();
+    return currentView() != nullptr && currentView()->draggedArea() != nullptr;
 }
 
 void frmMain::keyPressEvent(QKeyEvent* event) {
@@ -399,11 +399,8 @@ void frmMain::keyPressEvent(QKeyEvent* event) {
 void frmMain::keyReleaseEvent(QKeyEvent* event) {
     if ((event->key() == Qt::Key_Shift || event->key() == Qt::Key_Control) &&
         !event->isAutoRepeat()) {
-        // A copy or fill drag ends with its button, whichever is let go first.
-        const LevelView* view = currentView();
-        if (view == nullptr || (view->gesture() != LevelView::Gesture::copying &&
-                                view->gesture() != LevelView::Gesture::filling)) {
-            releaseModifiers();
+        if (LevelView* view = currentView()) {
+            view->modifierReleased();
         }
         return;
     }

@@ -1,4 +1,4 @@
-// The main window's menu commands: opening, saving, undo and the options.
+// The main window's menu commands: opening, saving and the options.
 #include "ui/frmMain.h"
 
 #include "app/LevelLock.h"
@@ -11,7 +11,6 @@
 #include "ui/LevelDocument.h"
 #include "ui/LevelView.h"
 #include "ui/PaletteStrip.h"
-#include "ui/frmEditPalette.h"
 #include "ui/frmGraphics.h"
 #include "ui/frmOpenLevel.h"
 #include "ui/frmOptions.h"
@@ -276,22 +275,6 @@ bool frmMain::fileSaveAs() {
     return true;
 }
 
-void frmMain::editUndo() {
-    takeBack(true);
-}
-
-void frmMain::editRedo() {
-    takeBack(false);
-}
-
-void frmMain::takeBack(bool undoing) {
-    releaseModifiers();
-    if (LevelDocument* document = currentDocument()) {
-        undoing ? document->undo() : document->redo();
-    }
-    updateCommands();
-}
-
 void frmMain::toolsOptions() {
     const QString formerData =
         toQString(settingText(shared_.settings, settingKey::thornwickData, {}));
@@ -326,30 +309,6 @@ void frmMain::toolsGraphics() {
                                    QString::fromStdString(error.what()),
                                messageStyle::exclamation);
     }
-}
-
-void frmMain::editPalette() {
-    LevelDocument* document = currentDocument();
-    if (document == nullptr) {
-        return;
-    }
-    dialogs_.editPalette.Setup(document->opened().palette);
-    if (!dialogs_.editPalette.showModal()) {
-        return;
-    }
-    dialogs_.status.setStatus("Reloading graphics...");
-    try {
-        document->changePalette(dialogs_.editPalette.palette());
-    } catch (const std::exception& error) {
-        dialogs_.status.hideStatus();
-        shared_.messages->show(this,
-                               "The graphics could not be read again with the new palette, so "
-                               "the palette stays as it was.\n\n" +
-                                   QString::fromStdString(error.what()),
-                               messageStyle::exclamation);
-        return;
-    }
-    dialogs_.status.hideStatus();
 }
 
 void frmMain::updateCommands() {

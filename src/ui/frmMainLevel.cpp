@@ -8,13 +8,10 @@
 #include "app/qtPaths.h"
 #include "app/settings.h"
 #include "data/openLevel.h"
-#include "ui/BrushTool.h"
-#include "ui/BucketFillTool.h"
 #include "ui/LevelDocument.h"
 #include "ui/LevelView.h"
 #include "ui/PaletteStrip.h"
 #include "ui/PictureBox.h"
-#include "ui/SelectTool.h"
 #include "ui/frmOpenLevel.h"
 #include "ui/frmStatus.h"
 
@@ -222,9 +219,7 @@ LevelDocument& frmMain::addDocument(std::unique_ptr<OpenedLevel> opened,
     }
     LevelDocument& added = *document;
     connectDocument(added);
-    auto* view = new LevelView(
-        added, ViewServices{shared_, editing_, [this]() -> LevelTool& { return activeTool(); }},
-        views_);
+    auto* view = new LevelView(added, ViewServices{shared_, editing_, *tools_}, views_);
     connect(view, &LevelView::viewMoved, this, [this, view] {
         if (view == currentView()) {
             refreshNavigation();

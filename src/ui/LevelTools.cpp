@@ -1,0 +1,36 @@
+#include "ui/LevelTools.h"
+
+#include "ui/EditingState.h"
+
+namespace marvek {
+namespace {
+
+constexpr int shiftMask = 1;
+constexpr int ctrlMask = 2;
+
+} // namespace
+
+LevelTool& LevelTools::chosen() {
+    switch (editing_.tool) {
+    case EditTool::bucketFill:
+        return bucketFill_;
+    case EditTool::select:
+        return select_;
+    case EditTool::brush:
+        break;
+    }
+    return brush_;
+}
+
+LevelTool& LevelTools::forPress(int shift, bool dragging) {
+    if (shift == shiftMask) {
+        return copy_;
+    }
+    // Ctrl during another drag is a plain press.
+    if (shift == ctrlMask && !dragging) {
+        return rectangleFill_;
+    }
+    return chosen();
+}
+
+} // namespace marvek
