@@ -1,3 +1,5 @@
+// The Edit menu's commands: undo and the History, the clipboard and the
+// selection, Replace Tile and the palette.
 #include "ui/EditCommands.h"
 
 #include "app/SharedObjects.h"
