@@ -7,8 +7,8 @@
 #include "tool/benchTiming.h"
 #include "ui/EditingState.h"
 #include "ui/LevelDocument.h"
-#include "ui/LevelTools.h"
 #include "ui/LevelView.h"
+#include "ui/ToolBox.h"
 
 #include <QApplication>
 #include <QStackedWidget>
@@ -121,7 +121,7 @@ public:
 private:
     SharedObjects shared_;
     EditingState editing_;
-    LevelTools tools_{editing_};
+    ToolBox tools_{editing_};
     ViewServices services_;
     QStackedWidget stack_;
     std::vector<std::unique_ptr<LevelDocument>> documents_;

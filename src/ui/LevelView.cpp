@@ -9,8 +9,8 @@
 #include "ui/EditingState.h"
 #include "ui/LevelDocument.h"
 #include "ui/LevelTool.h"
-#include "ui/LevelTools.h"
 #include "ui/PictureBox.h"
+#include "ui/ToolBox.h"
 
 #include <QScrollBar>
 #include <QTimer>

@@ -22,7 +22,7 @@ struct SharedObjects;
 struct EditingState;
 class LevelDocument;
 class LevelTool;
-class LevelTools;
+class ToolBox;
 class PictureBox;
 struct ToolContext;
 enum class DragState : std::int32_t;
@@ -33,7 +33,7 @@ enum class ViewStep;
 struct ViewServices {
     SharedObjects& shared;
     EditingState& editing;
-    LevelTools& tools;
+    ToolBox& tools;
 };
 
 // One document's view: the picture of the level with its scroll bars, its

@@ -9,11 +9,11 @@
 #include "data/openLevel.h"
 #include "ui/EditCommands.h"
 #include "ui/LevelDocument.h"
-#include "ui/LevelTools.h"
 #include "ui/LevelView.h"
 #include "ui/PaletteStrip.h"
 #include "ui/PictureBox.h"
 #include "ui/TiledMapCommands.h"
+#include "ui/ToolBox.h"
 #include "ui/ViewMenu.h"
 #include "ui/windowPlacement.h"
 

@@ -38,7 +38,7 @@ class frmGraphics;
 class frmEditPalette;
 class frmOptions;
 class frmStatus;
-class LevelTools;
+class ToolBox;
 class EditCommands;
 class HistoryPanel;
 class OverviewPanel;
@@ -296,7 +296,7 @@ private:
     QLabel* lblTool_ = nullptr;
     QLabel* lblZoom_ = nullptr;
     HistoryPanel* historyPanel_ = nullptr;
-    std::unique_ptr<LevelTools> tools_;
+    std::unique_ptr<ToolBox> tools_;
     EditCommands* edits_ = nullptr;
     // Brush, Bucket Fill, Select: checked as the tool is chosen.
     std::array<QAction*, 3> toolActions_{};

@@ -5,10 +5,10 @@
 #include "ui/EditCommands.h"
 #include "ui/HistoryPanel.h"
 #include "ui/LevelDocument.h"
-#include "ui/LevelTools.h"
 #include "ui/LevelView.h"
 #include "ui/PaletteStrip.h"
 #include "ui/PanelDock.h"
+#include "ui/ToolBox.h"
 #include "ui/frmReplaceTile.h"
 #include "ui/systemClipboard.h"
 
@@ -39,7 +39,7 @@ constexpr ToolEntry toolEntries[] = {
 } // namespace
 
 void frmMain::buildEditing(QMenu& edit) {
-    tools_ = std::make_unique<LevelTools>(editing_);
+    tools_ = std::make_unique<ToolBox>(editing_);
     auto* replaceTile = new frmReplaceTile(this);
     edits_ = new EditCommands(
         shared_, editing_, {*replaceTile, dialogs_.editPalette, dialogs_.status},

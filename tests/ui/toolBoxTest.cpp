@@ -1,6 +1,6 @@
 // The level view's tools on their own: which one a press reaches, and the
 // Shift-copy and Ctrl-fill drags from press to release.
-#include "ui/LevelTools.h"
+#include "ui/ToolBox.h"
 #include "data/clsLevel.h"
 #include "ui/EditingState.h"
 
@@ -17,9 +17,9 @@ constexpr int shift = 1;
 constexpr int ctrl = 2;
 
 // A small level and a context that keeps what the tools asked for.
-class LevelToolsTest : public ::testing::Test {
+class ToolBoxTest : public ::testing::Test {
 protected:
-    LevelToolsTest() {
+    ToolBoxTest() {
         level_.width = 8;
         level_.height = 5;
         level_.resizeCells();
@@ -65,14 +65,14 @@ protected:
 
     clsLevel level_;
     EditingState editing_;
-    LevelTools tools_{editing_};
+    ToolBox tools_{editing_};
     std::vector<std::string> steps_;
     std::vector<CellRange> ranges_;
     std::optional<TileGrid> copied_;
     std::optional<std::int32_t> picked_;
 };
 
-TEST_F(LevelToolsTest, ShiftAndCtrlCallUpTheirToolsOverTheChosenOne) {
+TEST_F(ToolBoxTest, ShiftAndCtrlCallUpTheirToolsOverTheChosenOne) {
     for (const EditTool chosen : {EditTool::brush, EditTool::bucketFill, EditTool::select}) {
         editing_.tool = chosen;
         const QString name = tools_.chosen().name();
@@ -91,7 +91,7 @@ TEST_F(LevelToolsTest, ShiftAndCtrlCallUpTheirToolsOverTheChosenOne) {
     EXPECT_FALSE(tools_.chosen().ownsModifiers());
 }
 
-TEST_F(LevelToolsTest, ACopyDragOutlinesItsAreaAndMakesTheTilesTheBrush) {
+TEST_F(ToolBoxTest, ACopyDragOutlinesItsAreaAndMakesTheTilesTheBrush) {
     LevelTool& copy = tools_.forPress(shift, false);
     ToolContext press = context(shift, 5, 3);
     ASSERT_TRUE(copy.press(press));
@@ -116,7 +116,7 @@ TEST_F(LevelToolsTest, ACopyDragOutlinesItsAreaAndMakesTheTilesTheBrush) {
     EXPECT_FALSE(copied_.has_value());
 }
 
-TEST_F(LevelToolsTest, InSpecialsModeShiftPicksTheSpecialUnderThePointer) {
+TEST_F(ToolBoxTest, InSpecialsModeShiftPicksTheSpecialUnderThePointer) {
     editing_.mode = editingMode::specials;
     LevelTool& copy = tools_.forPress(shift, false);
     EXPECT_FALSE(copy.dragsIn(editingMode::specials));
@@ -129,7 +129,7 @@ TEST_F(LevelToolsTest, InSpecialsModeShiftPicksTheSpecialUnderThePointer) {
     EXPECT_EQ(copy.draggedArea(), nullptr);
 }
 
-TEST_F(LevelToolsTest, ACtrlDragFillsTheNormalisedRectangleAsOneNamedStep) {
+TEST_F(ToolBoxTest, ACtrlDragFillsTheNormalisedRectangleAsOneNamedStep) {
     editing_.brush = EditingState::singleTile(99);
     dragWith(ctrl, {6, 4}, {4, 2});
     ASSERT_EQ(steps_, std::vector<std::string>{"Fill"});

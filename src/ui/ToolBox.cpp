@@ -1,4 +1,4 @@
-#include "ui/LevelTools.h"
+#include "ui/ToolBox.h"
 
 #include "ui/EditingState.h"
 
@@ -10,7 +10,7 @@ constexpr int ctrlMask = 2;
 
 } // namespace
 
-LevelTool& LevelTools::chosen() {
+LevelTool& ToolBox::chosen() {
     switch (editing_.tool) {
     case EditTool::bucketFill:
         return bucketFill_;
@@ -22,7 +22,7 @@ LevelTool& LevelTools::chosen() {
     return brush_;
 }
 
-LevelTool& LevelTools::forPress(int shift, bool dragging) {
+LevelTool& ToolBox::forPress(int shift, bool dragging) {
     if (shift == shiftMask) {
         return copy_;
     }

@@ -14,9 +14,9 @@ struct EditingState;
 
 // The level views' tools: the one chosen in the Tools menu, and the ones
 // that Shift and Ctrl call up over it.
-class LevelTools {
+class ToolBox {
 public:
-    explicit LevelTools(const EditingState& editing) : editing_(editing) {}
+    explicit ToolBox(const EditingState& editing) : editing_(editing) {}
 
     LevelTool& chosen();
     // The tool that takes a left press with this modifier mask (compared
