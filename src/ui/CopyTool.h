@@ -12,7 +12,6 @@ public:
     QString name() const override { return "Copy"; }
     bool press(ToolContext& context) override;
     bool dragsIn(std::int32_t mode) const override;
-    DragState dragState() const override { return DragState::copying; }
 
 private:
     void finish(ToolContext& context, const clsRectangle& area) override;

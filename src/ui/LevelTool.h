@@ -61,16 +61,6 @@ struct ToolContext {
     std::function<void(std::int32_t)> pickSpecial;
 };
 
-// What a drag of the level view is doing, numbered as the editor's mouse
-// table numbers its states.
-enum class DragState : std::int32_t {
-    none = 0,
-    scrolling = 1,
-    toolDrag = 3,
-    copying = 4,
-    filling = 6
-};
-
 // What a tool draws over the level view while the pointer rests on it.
 struct ToolPreview {
     const clsLevel& level;
@@ -110,7 +100,6 @@ public:
     virtual void release(ToolContext& /*context*/) {}
     // The drag ends without its release (another mode, tab or tool).
     virtual void cancel() {}
-    virtual DragState dragState() const { return DragState::toolDrag; }
     // True for a drag that Shift or Ctrl began: letting go of the key does
     // not drop it, and its release lets go of the key's hold.
     virtual bool ownsModifiers() const { return false; }

@@ -333,19 +333,12 @@ void LevelView::highlight(QPoint cell) {
     centreOn(cell.x(), cell.y());
 }
 
-DragState LevelView::dragState() const noexcept {
-    if (dragTool_ != nullptr) {
-        return dragTool_->dragState();
-    }
-    return scrolling_ ? DragState::scrolling : DragState::none;
-}
-
 const clsRectangle* LevelView::draggedArea() const {
     return dragTool_ != nullptr ? dragTool_->draggedArea() : nullptr;
 }
 
 void LevelView::holdModifiers() {
-    if (dragState() == DragState::none) {
+    if (!dragging()) {
         modifiersHeld_ = true;
         scheduleRedraw();
     }

@@ -25,7 +25,6 @@ class LevelTool;
 class ToolBox;
 class PictureBox;
 struct ToolContext;
-enum class DragState : std::int32_t;
 enum class ViewStep;
 
 // What every level view shares: the program's objects, the editing state
@@ -56,8 +55,11 @@ public:
     const clsCamera& camera() const noexcept { return camera_; }
     std::int32_t renderFlags() const noexcept { return renderFlags_; }
     int zoom() const noexcept { return zoom_; }
-    // What the left or right button is doing, if anything.
-    DragState dragState() const noexcept;
+    // A drag of the left or the right button is on: the left one's is its
+    // tool's, the right one's scrolls.
+    bool dragging() const noexcept { return scrolling_ || dragTool_ != nullptr; }
+    bool scrolling() const noexcept { return scrolling_; }
+    const LevelTool* dragTool() const noexcept { return dragTool_; }
     bool modifiersHeld() const noexcept { return modifiersHeld_; }
     // The rectangle a Shift-copy or Ctrl-fill outlines while it is dragged.
     const clsRectangle* draggedArea() const;

@@ -82,7 +82,7 @@ void LevelView::pressed(int button, int shift, float x, float y) {
         startPan(x, y);
         return;
     }
-    if (button == rightButton && dragState() == DragState::none) {
+    if (button == rightButton && !dragging()) {
         scrolling_ = true;
         dragStart_ = services_.shared.cursor->pos();
         picLevel_->setCursor(Qt::SizeAllCursor);
@@ -91,7 +91,7 @@ void LevelView::pressed(int button, int shift, float x, float y) {
     if (button != leftButton) {
         return;
     }
-    LevelTool& tool = services_.tools.forPress(shift, dragState() != DragState::none);
+    LevelTool& tool = services_.tools.forPress(shift, dragging());
     ToolContext context = toolContext(shift, x, y);
     if (tool.press(context)) {
         // A tool's drag takes over from a scroll.
@@ -116,7 +116,7 @@ void LevelView::moved(int buttons, int shift, float x, float y) {
         ToolContext context = toolContext(shift, x, y);
         dragTool_->drag(context);
         scheduleRedraw();
-    } else if (dragState() == DragState::none) {
+    } else if (!dragging()) {
         scheduleRedraw();
     }
     showCellStatus();
@@ -126,7 +126,7 @@ void LevelView::released(int button, int shift, float x, float y) {
     if (button == middleButton) {
         // A pan ends on its own; a drag of another button goes on.
         panning_ = false;
-        if (dragState() == DragState::none) {
+        if (!dragging()) {
             picLevel_->unsetCursor();
         }
         return;
@@ -151,7 +151,7 @@ void LevelView::released(int button, int shift, float x, float y) {
 
 void LevelView::left() {
     pointerOver_ = false;
-    if (dragState() == DragState::none) {
+    if (!dragging()) {
         scheduleRedraw();
     }
     emit cellStatus({});

@@ -12,7 +12,6 @@ public:
     RectangleFillTool();
     QString name() const override { return "Fill"; }
     bool dragsIn(std::int32_t /*mode*/) const override { return true; }
-    DragState dragState() const override { return DragState::filling; }
 
 private:
     void finish(ToolContext& context, const clsRectangle& area) override;

@@ -22,6 +22,13 @@ LevelTool& ToolBox::chosen() {
     return brush_;
 }
 
+std::int32_t ToolBox::dragNumber(const LevelTool& tool) const {
+    if (&tool == &copy_) {
+        return 4;
+    }
+    return &tool == &rectangleFill_ ? 6 : 3;
+}
+
 LevelTool& ToolBox::forPress(int shift, bool dragging) {
     if (shift == shiftMask) {
         return copy_;

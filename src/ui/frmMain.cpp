@@ -305,7 +305,11 @@ int frmMain::zoom() const {
 }
 
 std::int32_t frmMain::dragState() const {
-    return currentView() != nullptr ? static_cast<std::int32_t>(currentView()->dragState()) : 0;
+    const LevelView* view = currentView();
+    if (view == nullptr || !view->dragging()) {
+        return 0;
+    }
+    return view->scrolling() ? 1 : tools_->dragNumber(*view->dragTool());
 }
 
 bool frmMain::tileModifierHeld() const {

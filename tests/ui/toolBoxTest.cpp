@@ -84,9 +84,9 @@ TEST_F(ToolBoxTest, ShiftAndCtrlCallUpTheirToolsOverTheChosenOne) {
         EXPECT_EQ(tools_.forPress(shift | ctrl, false).name(), name);
         EXPECT_EQ(tools_.forPress(ctrl, true).name(), name);
     }
-    EXPECT_EQ(tools_.forPress(shift, false).dragState(), DragState::copying);
-    EXPECT_EQ(tools_.forPress(ctrl, false).dragState(), DragState::filling);
-    EXPECT_EQ(tools_.chosen().dragState(), DragState::toolDrag);
+    EXPECT_EQ(tools_.dragNumber(tools_.forPress(shift, false)), 4);
+    EXPECT_EQ(tools_.dragNumber(tools_.forPress(ctrl, false)), 6);
+    EXPECT_EQ(tools_.dragNumber(tools_.chosen()), 3);
     EXPECT_TRUE(tools_.forPress(ctrl, false).ownsModifiers());
     EXPECT_FALSE(tools_.chosen().ownsModifiers());
 }
