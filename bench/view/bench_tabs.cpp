@@ -94,15 +94,37 @@ public:
             200);
     }
 
-    double oneCellEditMicros(LevelView& view) {
+    // nameBySpecials: the step's name counts the specials it replaced, as a
+    // paint with auto-place does.
+    double oneCellEditMicros(LevelView& view, bool nameBySpecials = false) {
         LevelDocument& document = view.document();
         std::int16_t tile = 0;
         return tool::medianMicros(
             [&] {
                 tile = static_cast<std::int16_t>((tile + 1) % 512);
-                document.edit("Paint", {500, 500, 500, 500},
-                              [tile](clsLevel& level) { level.cellAt(500, 500).tile = tile; });
+                document.edit(
+                    "Paint", {500, 500, 500, 500},
+                    [tile, nameBySpecials](clsLevel& level) {
+                        level.cellAt(500, 500).tile = tile;
+                        if (nameBySpecials) {
+                            level.cellAt(500, 500).special = static_cast<std::uint8_t>(tile % 7);
+                        }
+                    },
+                    nameBySpecials);
                 tool::keep(view.backBuffer().width());
+            },
+            200);
+    }
+
+    // One undo or redo of a one-cell step, alternately.
+    double undoOneCellMicros(LevelView& view) {
+        LevelDocument& document = view.document();
+        bool undoing = false;
+        return tool::medianMicros(
+            [&] {
+                undoing = !undoing;
+                const bool done = undoing ? document.undo() : document.redo();
+                tool::keep(view.backBuffer().width() + (done ? 1 : 0));
             },
             200);
     }
@@ -140,6 +162,13 @@ int main(int argc, char** argv) {
         bench.show(large);
         const double largeRedraw = bench.redrawMicros(large);
         printFigure("edit-one-cell-1024x1024", bench.oneCellEditMicros(large), largeRedraw);
+        printFigure("edit-one-cell-named-by-specials-1024x1024",
+                    bench.oneCellEditMicros(large, true), largeRedraw);
+        printFigure("undo-one-cell-1024x1024", bench.undoOneCellMicros(large), largeRedraw);
+        const double historyMegabytes =
+            double(large.document().history().bytes()) / (1024.0 * 1024.0);
+        std::printf("memory-history-1024x1024: %.1f MB for %zu one-cell steps\n", historyMegabytes,
+                    large.document().history().size());
 
         LevelView& sample = bench.open(std::make_unique<OpenedLevel>(openSample("L1MA1")));
         LevelView& other = bench.open(std::make_unique<OpenedLevel>(openSample("L1MA2")));

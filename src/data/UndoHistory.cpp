@@ -12,99 +12,142 @@ UndoHistory::UndoHistory() {
 }
 
 void UndoHistory::clear() {
-    store_.clear();
-    undoNames_.clear();
-    redoNames_.clear();
+    undo_.clear();
+    redo_.clear();
     states_.assign(1, nextState_++);
     redoStates_.clear();
+    lastChanged_.reset();
     saved_ = state();
     dropped_ = false;
 }
 
 void UndoHistory::setMaximum(std::int32_t maximum) {
     maximum_ = static_cast<std::size_t>(std::max(maximum, 0));
-    store_.setMaximum(maximum_);
-    for (auto* names : {&undoNames_, &redoNames_}) {
-        while (names->size() > maximum_) {
-            names->pop_front();
-            dropped_ = dropped_ || names == &undoNames_;
+    for (Side* side : {&undo_, &redo_}) {
+        while (side->size() > maximum_) {
+            side->pop_front();
+            dropped_ = dropped_ || side == &undo_;
         }
     }
     trimStates();
 }
 
 void UndoHistory::record(const clsLevel& level, std::string name) {
-    store_.add(level.cells().data(), level.cellBytes());
-    redoNames_.clear();
-    dropped_ = push(undoNames_, std::move(name), maximum_) || dropped_;
+    add(level, {std::move(name), CellStep::whole(level)});
+}
+
+void UndoHistory::begin(const clsLevel& level, std::string name) {
+    add(level, {std::move(name), CellStep::blocks(level)});
+}
+
+void UndoHistory::add(const clsLevel& level, Step step) {
+    if (!undo_.empty()) {
+        undo_.back().cells.close(level);
+    }
+    redo_.clear();
+    dropped_ = push(undo_, std::move(step)) || dropped_;
     states_.push_back(nextState_++);
     redoStates_.clear();
     trimStates();
 }
 
-std::string UndoHistory::undo(clsLevel& level) {
-    if (undoNames_.empty() || !store_.undo(level.cells().data(), level.cellBytes())) {
-        return {};
+void UndoHistory::keep(const clsLevel& level, const CellRange& range) {
+    if (!undo_.empty()) {
+        undo_.back().cells.keep(level, range);
     }
-    std::string name = std::move(undoNames_.back());
-    undoNames_.pop_back();
-    push(redoNames_, name, maximum_);
-    redoStates_.push_back(states_.back());
-    states_.pop_back();
-    trimStates();
+}
+
+SpecialChanges UndoHistory::specialChanges(const clsLevel& now, const CellRange& range) const {
+    return undo_.empty() ? SpecialChanges{} : undo_.back().cells.specialChanges(now, range);
+}
+
+std::optional<std::string> UndoHistory::takeBack(Side& from, Side& to, clsLevel& level) {
+    lastChanged_.reset();
+    if (from.empty() || !from.back().cells.fits(level)) {
+        return std::nullopt;
+    }
+    lastChanged_ = from.back().cells.swap(level);
+    Step step = std::move(from.back());
+    from.pop_back();
+    std::string name = step.name;
+    const bool dropped = push(to, std::move(step));
+    dropped_ = dropped_ || (dropped && &to == &undo_);
     return name;
+}
+
+std::string UndoHistory::undo(clsLevel& level) {
+    std::optional<std::string> name = takeBack(undo_, redo_, level);
+    if (name) {
+        redoStates_.push_back(states_.back());
+        states_.pop_back();
+        trimStates();
+    }
+    return name.value_or(std::string());
 }
 
 std::string UndoHistory::redo(clsLevel& level) {
-    if (redoNames_.empty() || !store_.redo(level.cells().data(), level.cellBytes())) {
-        return {};
+    std::optional<std::string> name = takeBack(redo_, undo_, level);
+    if (name) {
+        states_.push_back(redoStates_.back());
+        redoStates_.pop_back();
+        trimStates();
     }
-    std::string name = std::move(redoNames_.back());
-    redoNames_.pop_back();
-    dropped_ = push(undoNames_, name, maximum_) || dropped_;
-    states_.push_back(redoStates_.back());
-    redoStates_.pop_back();
-    trimStates();
-    return name;
+    return name.value_or(std::string());
 }
 
 std::string UndoHistory::nextUndo() const {
-    return undoNames_.empty() ? std::string() : undoNames_.back();
+    return undo_.empty() ? std::string() : undo_.back().name;
 }
 
 std::string UndoHistory::nextRedo() const {
-    return redoNames_.empty() ? std::string() : redoNames_.back();
+    return redo_.empty() ? std::string() : redo_.back().name;
 }
 
 std::vector<std::string> UndoHistory::steps() const {
-    std::vector<std::string> all(undoNames_.begin(), undoNames_.end());
-    all.insert(all.end(), redoNames_.rbegin(), redoNames_.rend());
+    std::vector<std::string> all;
+    all.reserve(size());
+    for (const Step& step : undo_) {
+        all.push_back(step.name);
+    }
+    for (auto step = redo_.rbegin(); step != redo_.rend(); ++step) {
+        all.push_back(step->name);
+    }
     return all;
 }
 
+std::size_t UndoHistory::bytes() const noexcept {
+    std::size_t total = 0;
+    for (const Side* side : {&undo_, &redo_}) {
+        for (const Step& step : *side) {
+            total += step.cells.bytes();
+        }
+    }
+    return total;
+}
+
 void UndoHistory::renameNewest(std::string name) {
-    if (!undoNames_.empty()) {
-        undoNames_.back() = std::move(name);
+    if (!undo_.empty()) {
+        undo_.back().name = std::move(name);
     }
 }
 
-bool UndoHistory::push(std::deque<std::string>& names, std::string name, std::size_t maximum) {
-    if (maximum == 0) {
+bool UndoHistory::push(Side& side, Step step) const {
+    if (maximum_ == 0) {
         return true;
     }
-    names.push_back(std::move(name));
-    if (names.size() > maximum) {
-        names.pop_front();
+    side.push_back(std::move(step));
+    if (side.size() > maximum_) {
+        side.pop_front();
         return true;
     }
     return false;
 }
 
 void UndoHistory::trimStates() {
-    while (states_.size() > undoNames_.size() + 1) {
+    while (states_.size() > undo_.size() + 1) {
         states_.pop_front();
     }
-    while (redoStates_.size() > redoNames_.size()) {
+    while (redoStates_.size() > redo_.size()) {
         redoStates_.pop_front();
     }
 }

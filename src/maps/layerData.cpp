@@ -5,8 +5,11 @@
 #include <zlib.h>
 #include <zstd.h>
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
+#include <cstring>
 #include <memory>
 #include <stdexcept>
 
@@ -184,43 +187,37 @@ std::vector<std::uint32_t> gidsOf(std::span<const std::uint8_t> bytes) {
     return gids;
 }
 
-std::string csv(std::span<const std::uint32_t> gids, std::int32_t width) {
-    std::string text = "\n";
-    text.reserve(gids.size() * 5);
-    std::array<char, 16> number{};
-    for (std::size_t i = 0; i < gids.size(); ++i) {
-        const auto end = std::to_chars(number.data(), number.data() + number.size(), gids[i]).ptr;
-        text.append(number.data(), end);
-        if (i + 1 < gids.size()) {
-            text += ',';
-        }
-        if (width > 0 && (i + 1) % static_cast<std::size_t>(width) == 0) {
-            text += '\n';
-        }
-    }
-    return text;
-}
-
 bool isBlank(char c) {
     return c == ' ' || c == '\n' || c == '\r' || c == '\t';
 }
 
-// A level's layers are tens of thousands of small numbers: read digit by
-// digit, which is what keeps the import near the XML parser's own speed.
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+const char* skipBlanks(const char* at, const char* end) {
+    while (at != end && isBlank(*at)) {
+        ++at;
+    }
+    return at;
+}
+
+// Where a layer's data says why it is refused: the careful reading, which
+// also settles whatever the quick one leaves to it.
 std::vector<std::uint32_t> uncsv(std::string_view text) {
     std::vector<std::uint32_t> gids;
     gids.reserve(text.size() / 2);
     std::size_t at = 0;
-    const auto skipBlanks = [&] {
+    const auto skipAllBlanks = [&] {
         while (at < text.size() && isBlank(text[at])) {
             ++at;
         }
     };
-    skipBlanks();
+    skipAllBlanks();
     while (at < text.size()) {
         const std::size_t start = at;
         std::uint64_t gid = 0;
-        while (at < text.size() && text[at] >= '0' && text[at] <= '9' && gid <= UINT32_MAX) {
+        while (at < text.size() && isDigit(text[at]) && gid <= UINT32_MAX) {
             gid = gid * 10 + static_cast<std::uint64_t>(text[at] - '0');
             ++at;
         }
@@ -230,16 +227,149 @@ std::vector<std::uint32_t> uncsv(std::string_view text) {
                 "\" where a tile number belongs (cell " + std::to_string(gids.size()) + ")");
         }
         gids.push_back(static_cast<std::uint32_t>(gid));
-        skipBlanks();
+        skipAllBlanks();
         if (at < text.size() && text[at] == ',') {
             ++at;
-            skipBlanks();
+            skipAllBlanks();
         }
     }
     return gids;
 }
 
+// Byte lanes of a little-endian word, each checked without branching.
+constexpr std::uint64_t fromZero = 0x5050505050505050u; // sets a lane's top bit from '0' up
+constexpr std::uint64_t pastNine = 0x4646464646464646u; // sets it from ':' up
+
+// True when the lanes in mask (their top bits) hold digits.
+bool digitsIn(std::uint64_t word, std::uint64_t mask) {
+    // Carries run only towards later lanes, so a lane never spoils one
+    // before it; lanes past 0x7F are no digits.
+    return (word & mask) == 0 && ((word + fromZero) & mask) == mask &&
+           ((word + pastNine) & mask) == 0;
+}
+
+// Four single-digit numbers ("d,d,d,d,") in a word, or false.
+bool fourSingleDigits(std::uint64_t word, std::uint32_t* out) {
+    constexpr std::uint64_t commas = 0x2C002C002C002C00u;
+    constexpr std::uint64_t commaLanes = 0xFF00FF00FF00FF00u;
+    constexpr std::uint64_t digitLanes = 0x0080008000800080u;
+    constexpr std::uint64_t nibbles = 0x000F000F000F000Fu;
+    if ((word & commaLanes) != commas || !digitsIn(word, digitLanes)) {
+        return false;
+    }
+    // The four 16-bit lanes spread to two words of two 32-bit ones.
+    const std::uint64_t digits = word & nibbles;
+    const std::array<std::uint64_t, 2> spread{(digits & 0xFFFFu) | (digits & 0xFFFF0000u) << 16,
+                                              (digits >> 32 & 0xFFFFu) | (digits >> 48) << 32};
+    std::memcpy(out, spread.data(), sizeof spread);
+    return true;
+}
+
+// Two two-digit numbers ("dd,dd,") at the start of a word, or false.
+bool twoDoubleDigits(std::uint64_t word, std::uint32_t* out) {
+    constexpr std::uint64_t commas = 0x00002C00002C0000u;
+    constexpr std::uint64_t commaLanes = 0x0000FF0000FF0000u;
+    constexpr std::uint64_t digitLanes = 0x0000008080008080u;
+    constexpr unsigned tens = 10;
+    if ((word & commaLanes) != commas || !digitsIn(word, digitLanes)) {
+        return false;
+    }
+    const auto digit = [word](int lane) {
+        return static_cast<std::uint32_t>(word >> (8 * lane)) & 0xFu;
+    };
+    out[0] = digit(0) * tens + digit(1);
+    out[1] = digit(3) * tens + digit(4);
+    return true;
+}
+
+std::uint64_t wordAt(const char* at) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+}
+
+// Most cells of a level's layers have numbers of one or two digits ("0,"
+// for a cell without a special): eight bytes at a time, four such numbers
+// ("d,d,d,d,") or two ("dd,dd,") are read at once, and a long run of single
+// digits sixteen bytes at a time, each run while out is below outLimit
+// (which leaves room for eight). Returns where the runs end.
+const char* shortNumberRun(const char* at, const char* end, std::uint32_t*& out,
+                           const std::uint32_t* outLimit) {
+    if constexpr (std::endian::native != std::endian::little) {
+        return at;
+    }
+    constexpr std::ptrdiff_t wordSize = sizeof(std::uint64_t);
+    while (end - at >= wordSize && out < outLimit) {
+        if (end - at >= 2 * wordSize && fourSingleDigits(wordAt(at), out) &&
+            fourSingleDigits(wordAt(at + wordSize), out + 4)) {
+            out += 8;
+            at += 2 * wordSize;
+            // A Specials layer's long runs of "0,".
+            while (end - at >= 2 * wordSize && out < outLimit &&
+                   fourSingleDigits(wordAt(at), out) &&
+                   fourSingleDigits(wordAt(at + wordSize), out + 4)) {
+                out += 8;
+                at += 2 * wordSize;
+            }
+        } else if (fourSingleDigits(wordAt(at), out)) {
+            out += 4;
+            at += wordSize;
+        } else if (twoDoubleDigits(wordAt(at), out)) {
+            out += 2;
+            at += 6;
+            while (end - at >= wordSize && out < outLimit && twoDoubleDigits(wordAt(at), out)) {
+                out += 2;
+                at += 6;
+            }
+        } else {
+            return at;
+        }
+        at = skipBlanks(at, end);
+    }
+    return at;
+}
+
 } // namespace
+
+std::optional<CsvPrefix> readCsvPrefix(std::string_view text) {
+    // Each number takes a byte and a separator but the last. The gids go
+    // through a block on the stack into the vector, whose memory is then
+    // written once rather than zeroed first.
+    std::vector<std::uint32_t> gids;
+    gids.reserve(text.size() / 2 + 1);
+    std::array<std::uint32_t, 512> block{};
+    std::uint32_t* out = block.data();
+    const std::uint32_t* const outLimit = block.data() + block.size() - 8;
+    const char* at = skipBlanks(text.data(), text.data() + text.size());
+    const char* const end = text.data() + text.size();
+    while (at != end) {
+        if (out >= outLimit) {
+            gids.insert(gids.end(), block.data(), out);
+            out = block.data();
+        }
+        at = shortNumberRun(at, end, out, outLimit);
+        if (at == end || !isDigit(*at)) {
+            if (at != end && *at == ',') {
+                return std::nullopt; // an empty field
+            }
+            break;
+        }
+        std::uint64_t gid = 0;
+        while (at != end && isDigit(*at)) {
+            gid = gid * 10 + static_cast<std::uint64_t>(*at++ - '0');
+            if (gid > UINT32_MAX) {
+                return std::nullopt;
+            }
+        }
+        *out++ = static_cast<std::uint32_t>(gid);
+        at = skipBlanks(at, end);
+        if (at != end && *at == ',') {
+            at = skipBlanks(at + 1, end);
+        }
+    }
+    gids.insert(gids.end(), block.data(), out);
+    return CsvPrefix{std::move(gids), static_cast<std::size_t>(at - text.data())};
+}
 
 LayerFormat layerFormatNamed(std::string_view name) {
     constexpr std::array<std::pair<std::string_view, LayerFormat>, 6> names{{
@@ -259,20 +389,113 @@ LayerFormat layerFormatNamed(std::string_view name) {
                                 "\" (csv, base64, zlib, gzip, zstd or xml)");
 }
 
-EncodedLayer encodeLayer(std::span<const std::uint32_t> gids, LayerFormat format,
-                         std::int32_t width) {
+LayerEncoding layerEncoding(LayerFormat format) {
+    switch (format) {
+    case LayerFormat::csv:
+        return {"csv", ""};
+    case LayerFormat::base64:
+        return {"base64", ""};
+    case LayerFormat::zlib:
+        return {"base64", "zlib"};
+    case LayerFormat::gzip:
+        return {"base64", "gzip"};
+    case LayerFormat::zstd:
+        return {"base64", "zstd"};
+    case LayerFormat::xml:
+        return {"", ""};
+    }
+    throw std::invalid_argument("unknown layer format");
+}
+
+namespace {
+
+// Most of a level's gids are single digits ("0" for no special).
+char* writeNumber(char* at, std::uint32_t value) {
+    constexpr std::uint32_t digits = 10;
+    if (value < digits) {
+        *at = static_cast<char>('0' + value);
+        return at + 1;
+    }
+    return std::to_chars(at, at + 10, value).ptr;
+}
+
+// Eight single-digit gids as "d,d,d,d,d,d,d,d," in one store: a level's
+// Specials layer is mostly long runs of "0,". False, writing nothing, for
+// a larger gid among them.
+bool writeEightDigits(const std::uint32_t* gids, char* at) {
+    constexpr std::size_t count = 8;
+    constexpr std::uint64_t zeros = 0x2C302C302C302C30u; // "0,0,0,0,"
+    std::array<std::uint64_t, 2> words{zeros, zeros};
+    for (std::size_t i = 0; i < count; ++i) {
+        if (gids[i] >= 10) {
+            return false;
+        }
+        words[i / 4] += std::uint64_t{gids[i]} << (16 * (i % 4));
+    }
+    std::memcpy(at, words.data(), sizeof words);
+    return true;
+}
+
+} // namespace
+
+void appendNumberList(std::string& out, std::span<const std::uint32_t> gids,
+                      std::int32_t rowLength) {
+    // Numbers go through a block on the stack, which the string takes whole:
+    // no per-character growth checks, and no zero-filled room to write over.
+    constexpr std::size_t longestEntry = 16; // a run of eight; or ten digits, comma, line end
+    std::array<char, 4096> block{};
+    char* at = block.data();
+    char* const full = block.data() + block.size() - longestEntry;
+    const auto row = static_cast<std::size_t>(std::max(rowLength, 0));
+    constexpr std::size_t run = 8;
+    const bool runs = std::endian::native == std::endian::little;
+    std::size_t column = 0;
+    for (std::size_t i = 0; i < gids.size();) {
+        // A run neither ends a row nor the list, so each number in it is
+        // followed by its comma alone.
+        if (runs && i + run < gids.size() && (row == 0 || column + run < row) &&
+            writeEightDigits(&gids[i], at)) {
+            at += 2 * run;
+            i += run;
+            column += run;
+        } else {
+            at = writeNumber(at, gids[i]);
+            if (++i < gids.size()) {
+                *at++ = ',';
+            }
+            if (++column == row) {
+                *at++ = '\n';
+                column = 0;
+            }
+        }
+        if (at >= full) {
+            out.append(block.data(), at);
+            at = block.data();
+        }
+    }
+    out.append(block.data(), at);
+}
+
+void appendLayerText(std::string& out, std::span<const std::uint32_t> gids, LayerFormat format,
+                     std::int32_t width) {
     switch (format) {
     case LayerFormat::csv:
     case LayerFormat::xml:
-        return {"", "", csv(gids, width)};
+        out += '\n';
+        appendNumberList(out, gids, width);
+        return;
     case LayerFormat::base64:
-        return {"base64", "", base64(littleEndian(gids))};
+        out += base64(littleEndian(gids));
+        return;
     case LayerFormat::zlib:
-        return {"base64", "zlib", base64(deflated(littleEndian(gids), zlibWindow))};
+        out += base64(deflated(littleEndian(gids), zlibWindow));
+        return;
     case LayerFormat::gzip:
-        return {"base64", "gzip", base64(deflated(littleEndian(gids), zlibWindow + gzipWrapper))};
+        out += base64(deflated(littleEndian(gids), zlibWindow + gzipWrapper));
+        return;
     case LayerFormat::zstd:
-        return {"base64", "zstd", base64(zstdPacked(littleEndian(gids)))};
+        out += base64(zstdPacked(littleEndian(gids)));
+        return;
     }
     throw std::invalid_argument("unknown layer format");
 }
@@ -282,6 +505,9 @@ std::vector<std::uint32_t> decodeLayer(std::string_view text, std::string_view e
     if (encoding == "csv") {
         if (!compression.empty()) {
             throw std::runtime_error("CSV layer data cannot be compressed");
+        }
+        if (auto read = readCsvPrefix(text); read && read->length == text.size()) {
+            return std::move(read->gids);
         }
         return uncsv(text);
     }

@@ -3,12 +3,15 @@
 #include "maps/levelProperties.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 
 namespace marvek {
 namespace {
 
 // Tiled keeps a tile's flips and rotation in a gid's top bits.
 constexpr std::uint32_t transformBits = 0xF0000000u;
+constexpr std::uint32_t firstTransformed = 0x10000000u;
 constexpr std::uint32_t tileMask = static_cast<std::uint32_t>(clsLevel::largestFileTile);
 constexpr std::uint32_t specialMask = mapSpecialCount - 1;
 // Deliberately the cell count a standard level's file states (300 x 84).
@@ -40,16 +43,58 @@ public:
             ranges_.push_back({reference.firstGid, reference.firstGid + std::uint64_t{tiles},
                                layerOf(reference.tileSet) == layer.name, &reference.tileSet});
         }
+        findPlainGids();
     }
 
     // The cell's number within the layer's tile set; emptyNumber for gid 0.
     std::uint32_t number(std::size_t index, std::uint32_t emptyNumber) const {
         const std::uint32_t gid = layer_.gids[index];
+        if (gid - plainFirst_ < plainCount_) {
+            return gid - plainFirst_;
+        }
+        return gid == 0 ? emptyNumber : checkedNumber(index);
+    }
+
+    // The gids that need no check but that they lie in first..first+count:
+    // the layer's own tile set, up to the tiles a level keeps and the next
+    // tile set's first gid. Level maps hold nothing else (and 0 where a
+    // layer may be empty), which one pass over the layer can tell.
+    std::uint32_t plainFirst() const { return plainFirst_; }
+    std::uint32_t plainCount() const { return plainCount_; }
+
+private:
+    struct Range {
+        std::uint32_t first;
+        std::uint64_t end;
+        bool allowed;
+        const TiledTileSet* tileSet;
+    };
+
+    void findPlainGids() {
+        for (const Range& range : ranges_) {
+            if (!range.allowed || range.first == 0 || rangeOf(range.first) != &range) {
+                continue;
+            }
+            std::uint64_t end = std::min(
+                {range.end, range.first + std::uint64_t{count_}, std::uint64_t{firstTransformed}});
+            for (const Range& other : ranges_) {
+                if (other.first > range.first) {
+                    end = std::min<std::uint64_t>(end, other.first);
+                }
+            }
+            if (end > range.first) {
+                plainFirst_ = range.first;
+                plainCount_ = static_cast<std::uint32_t>(end - range.first);
+                return;
+            }
+        }
+    }
+
+    // The number of a gid other than 0, or why it cannot be.
+    std::uint32_t checkedNumber(std::size_t index) const {
+        const std::uint32_t gid = layer_.gids[index];
         if ((gid & transformBits) != 0) {
             refuse(index, "the tile is flipped or rotated, which a level cannot hold");
-        }
-        if (gid == 0) {
-            return emptyNumber;
         }
         const Range* range = rangeOf(gid);
         if (range == nullptr) {
@@ -74,14 +119,6 @@ public:
         return local;
     }
 
-private:
-    struct Range {
-        std::uint32_t first;
-        std::uint64_t end;
-        bool allowed;
-        const TiledTileSet* tileSet;
-    };
-
     // The tile set a gid falls in: the one with the largest first gid not
     // above it.
     const Range* rangeOf(std::uint32_t gid) const {
@@ -102,6 +139,8 @@ private:
     const TiledTileLayer& layer_;
     std::uint32_t count_;
     std::vector<Range> ranges_;
+    std::uint32_t plainFirst_ = 0;
+    std::uint32_t plainCount_ = 0;
 };
 
 void checkShape(const TiledMap& map) {
@@ -158,6 +197,62 @@ void readSpecials(const TiledMap& map, const TiledTileLayer& layer, clsLevel& le
     }
 }
 
+// A cell whole, as the word that holds it (little-endian machines only).
+constexpr std::uint32_t cellWord(std::uint32_t tile, std::uint32_t special) {
+    return (tile & 0xFFFFu) | (special & 0xFFu) << 16;
+}
+static_assert(sizeof(Cell) == sizeof(std::uint32_t) &&
+              (std::endian::native != std::endian::little ||
+               std::bit_cast<Cell>(cellWord(3, 5)) == Cell{3, 5, 0}));
+
+// The gids of a layer that need no check but that they lie in
+// first..first+count (LayerReader::plainFirst).
+struct PlainGids {
+    std::uint32_t first;
+    std::uint32_t count;
+};
+
+// The cells of both layers, written without a branch so that compilers
+// vectorise it; false when any gid lies outside the plain ones.
+bool writePlainCells(std::span<const std::uint32_t> tiles, PlainGids tileGids,
+                     std::span<const std::uint32_t> specials, PlainGids specialGids,
+                     std::span<Cell> cells) {
+    auto* const bytes = reinterpret_cast<unsigned char*>(cells.data());
+    unsigned plain = 1;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const std::uint32_t tile = tiles[i] - tileGids.first;
+        const std::uint32_t gid = specials[i];
+        const std::uint32_t empty = gid == 0 ? 1 : 0;
+        const std::uint32_t special = (gid - specialGids.first) & (empty - 1);
+        plain &=
+            (tile < tileGids.count ? 1u : 0u) & (empty | (special < specialGids.count ? 1u : 0u));
+        if constexpr (std::endian::native == std::endian::little) {
+            // Cells are copied as bytes, which the compiler vectorises.
+            const std::uint32_t word = cellWord(tile, special);
+            std::memcpy(bytes + i * sizeof word, &word, sizeof word);
+        } else {
+            cells[i] = Cell{static_cast<std::int16_t>(tile), static_cast<std::uint8_t>(special), 0};
+        }
+    }
+    return plain != 0;
+}
+
+// Both layers in one pass, which is all a level's own map needs: each gid
+// of the layer's tile set, a special or 0. False when any cell needs the
+// checks of readTiles and readSpecials, which then say what is wrong.
+bool readPlainCells(const TiledMap& map, const TiledTileLayer& tiles,
+                    const TiledTileLayer& specials, clsLevel& level) {
+    const auto cells = level.cells();
+    if (tiles.gids.size() != cells.size() || specials.gids.size() != cells.size()) {
+        return false;
+    }
+    const LayerReader tileReader(map, tiles, mapTileCount);
+    const LayerReader specialReader(map, specials, mapSpecialCount);
+    return writePlainCells(tiles.gids, {tileReader.plainFirst(), tileReader.plainCount()},
+                           specials.gids, {specialReader.plainFirst(), specialReader.plainCount()},
+                           cells);
+}
+
 std::vector<std::string> ignoredParts(const TiledMap& map) {
     std::vector<std::string> ignored;
     for (const TiledProperty& property : map.properties) {
@@ -182,21 +277,35 @@ std::vector<std::string> ignoredParts(const TiledMap& map) {
     return ignored;
 }
 
-std::vector<std::uint32_t> tileGids(const clsLevel& level) {
-    std::vector<std::uint32_t> gids(level.cells().size());
-    std::ranges::transform(level.cells(), gids.begin(), [](const Cell& cell) {
-        return tilesFirstGid + (static_cast<std::uint32_t>(cell.tile) & tileMask);
-    });
-    return gids;
+std::uint32_t tileGid(std::uint32_t tile) {
+    return tilesFirstGid + (tile & tileMask);
 }
 
-std::vector<std::uint32_t> specialGids(const clsLevel& level) {
-    std::vector<std::uint32_t> gids(level.cells().size());
-    std::ranges::transform(level.cells(), gids.begin(), [](const Cell& cell) {
-        const std::uint32_t special = cell.special & specialMask;
-        return special == 0 ? 0 : specialsFirstGid + special;
-    });
-    return gids;
+std::uint32_t specialGid(std::uint32_t special) {
+    special &= specialMask;
+    return special == 0 ? 0 : specialsFirstGid + special;
+}
+
+// The gids of both layers, in one pass that compilers vectorise: the
+// vectors are sized first, and on little-endian machines each cell is read
+// as the word that holds it.
+std::pair<std::vector<std::uint32_t>, std::vector<std::uint32_t>> layerGids(const clsLevel& level) {
+    const auto cells = level.cells();
+    std::vector<std::uint32_t> tiles(cells.size());
+    std::vector<std::uint32_t> specials(cells.size());
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(cells.data());
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        if constexpr (std::endian::native == std::endian::little) {
+            std::uint32_t word = 0;
+            std::memcpy(&word, bytes + i * sizeof word, sizeof word);
+            tiles[i] = tileGid(word);
+            specials[i] = specialGid(word >> 16);
+        } else {
+            tiles[i] = tileGid(static_cast<std::uint32_t>(cells[i].tile));
+            specials[i] = specialGid(cells[i].special);
+        }
+    }
+    return {std::move(tiles), std::move(specials)};
 }
 
 } // namespace
@@ -220,8 +329,11 @@ TiledMap mapFromLevel(const LevelFile& file, const std::string& tilesSource,
     map.height = level.height;
     map.properties = levelProperties(file);
     map.tileSets = {{tilesFirstGid, tilesSource, {}}, {specialsFirstGid, specialsSource, {}}};
-    map.layers = {{tiledNames::tilesLayer, tileGids(level)},
-                  {tiledNames::specialsLayer, specialGids(level)}};
+    // Moved in: an initializer list would copy each layer's cells.
+    auto [tiles, specials] = layerGids(level);
+    map.layers.reserve(2);
+    map.layers.push_back({tiledNames::tilesLayer, std::move(tiles)});
+    map.layers.push_back({tiledNames::specialsLayer, std::move(specials)});
     return map;
 }
 
@@ -236,9 +348,12 @@ LevelFromMap levelFromMap(const TiledMap& map, const LevelFile* base) {
     level.width = map.width;
     level.height = map.height;
     level.resizeCells();
-    readTiles(map, *tiles, level);
-    if (const TiledTileLayer* specials = findLayer(map, tiledNames::specialsLayer)) {
-        readSpecials(map, *specials, level);
+    const TiledTileLayer* specials = findLayer(map, tiledNames::specialsLayer);
+    if (specials == nullptr || !readPlainCells(map, *tiles, *specials, level)) {
+        readTiles(map, *tiles, level);
+        if (specials != nullptr) {
+            readSpecials(map, *specials, level);
+        }
     }
     applyLevelProperties(map.properties, base, result.file);
     result.ignored = ignoredParts(map);

@@ -1,8 +1,10 @@
 #include "maps/levelProperties.h"
 
 #include "io/clsBitStream.h"
+#include "maps/layerData.h"
 #include "maps/levelMap.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdio>
@@ -50,13 +52,11 @@ std::string paletteProperty(const clsPalette& palette) {
 namespace {
 
 std::string defaultSpecialsText(std::span<const std::uint8_t> specials) {
-    const std::size_t count = std::max(specials.size(), clsLevel::fileDefaultSpecials);
+    std::vector<std::uint32_t> numbers(std::max(specials.size(), clsLevel::fileDefaultSpecials));
+    std::ranges::transform(specials, numbers.begin(),
+                           [](std::uint8_t special) { return special & largestSpecial; });
     std::string text;
-    text.reserve(count * 2);
-    for (std::size_t i = 0; i < count; ++i) {
-        text += i == 0 ? "" : ",";
-        text += std::to_string(i < specials.size() ? specials[i] & largestSpecial : 0);
-    }
+    appendNumberList(text, numbers, 0);
     return text;
 }
 

@@ -3,71 +3,163 @@
 
 #include <nlohmann/json.hpp>
 
+#include <array>
+#include <charconv>
+#include <span>
 #include <stdexcept>
 
 namespace marvek {
 namespace {
 
 using nlohmann::json;
-using nlohmann::ordered_json;
 
 constexpr std::string_view formatVersion = "1.8";
 
-ordered_json propertiesJson(const std::vector<TiledProperty>& properties) {
-    ordered_json list = ordered_json::array();
+// Writes compact JSON into one string, as nlohmann's dump() writes it,
+// without building a document first.
+class JsonWriter {
+public:
+    explicit JsonWriter(std::size_t reserve) { out_.reserve(reserve); }
+
+    void beginObject() { begin('{'); }
+    void endObject() { end('}'); }
+    void beginArray() { begin('['); }
+    void endArray() { end(']'); }
+
+    // A member's name; its value follows.
+    void key(std::string_view name) {
+        value(name);
+        out_ += ':';
+        afterKey_ = true;
+    }
+    void value(std::string_view text) {
+        separate();
+        // nlohmann's escaping, which also refuses text that is not UTF-8.
+        out_ += json(text).dump();
+    }
+    void value(const char* text) { value(std::string_view(text)); }
+    void value(std::int64_t number) {
+        separate();
+        std::array<char, 24> digits{};
+        out_.append(digits.data(),
+                    std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
+    }
+    void value(bool truth) {
+        separate();
+        out_ += truth ? "true" : "false";
+    }
+    // A member whose value is an array of numbers.
+    void numbers(std::string_view name, std::span<const std::uint32_t> gids) {
+        key(name);
+        separate();
+        out_ += '[';
+        appendNumberList(out_, gids, 0);
+        out_ += ']';
+    }
+
+    std::string take() { return std::move(out_); }
+
+private:
+    void separate() {
+        if (afterKey_) {
+            afterKey_ = false;
+        } else if (!first_.empty()) {
+            if (!first_.back()) {
+                out_ += ',';
+            }
+            first_.back() = false;
+        }
+    }
+    void begin(char bracket) {
+        separate();
+        out_ += bracket;
+        first_.push_back(true);
+    }
+    void end(char bracket) {
+        first_.pop_back();
+        out_ += bracket;
+    }
+
+    std::string out_;
+    std::vector<bool> first_;
+    bool afterKey_ = false;
+};
+
+template <typename T> void member(JsonWriter& out, std::string_view name, const T& value) {
+    out.key(name);
+    out.value(value);
+}
+
+void writeProperties(JsonWriter& out, const std::vector<TiledProperty>& properties) {
+    out.key("properties");
+    out.beginArray();
     for (const TiledProperty& property : properties) {
-        ordered_json entry;
-        entry["name"] = property.name;
-        entry["type"] = property.type;
+        out.beginObject();
+        member(out, "name", property.name);
+        member(out, "type", property.type);
+        out.key("value");
         if (property.type == "int") {
-            entry["value"] = std::stoll(property.value);
+            out.value(std::int64_t{std::stoll(property.value)});
         } else {
-            entry["value"] = property.value;
+            out.value(property.value);
         }
-        list.push_back(std::move(entry));
+        out.endObject();
     }
-    return list;
+    out.endArray();
 }
 
-void putTileSet(ordered_json& entry, const TiledTileSet& tileSet) {
-    entry["columns"] = tileSet.columns;
-    entry["image"] = tileSet.image;
-    entry["imageheight"] = tileSet.imageHeight;
-    entry["imagewidth"] = tileSet.imageWidth;
-    entry["margin"] = 0;
-    entry["name"] = tileSet.name;
+void writeTileSetContents(JsonWriter& out, const TiledTileSet& tileSet) {
+    member(out, "columns", std::int64_t{tileSet.columns});
+    member(out, "image", tileSet.image);
+    member(out, "imageheight", std::int64_t{tileSet.imageHeight});
+    member(out, "imagewidth", std::int64_t{tileSet.imageWidth});
+    member(out, "margin", std::int64_t{0});
+    member(out, "name", tileSet.name);
     if (!tileSet.properties.empty()) {
-        entry["properties"] = propertiesJson(tileSet.properties);
+        writeProperties(out, tileSet.properties);
     }
-    entry["spacing"] = 0;
-    entry["tilecount"] = tileSet.tileCount;
-    entry["tileheight"] = tileSet.tileHeight;
-    entry["tilewidth"] = tileSet.tileWidth;
+    member(out, "spacing", std::int64_t{0});
+    member(out, "tilecount", std::int64_t{tileSet.tileCount});
+    member(out, "tileheight", std::int64_t{tileSet.tileHeight});
+    member(out, "tilewidth", std::int64_t{tileSet.tileWidth});
 }
 
-ordered_json layerJson(const TiledTileLayer& layer, std::int32_t id, const TiledMap& map,
-                       LayerFormat format) {
-    ordered_json entry;
+void writeLayer(JsonWriter& out, const TiledTileLayer& layer, std::int32_t id, const TiledMap& map,
+                LayerFormat format) {
+    out.beginObject();
     if (format == LayerFormat::csv || format == LayerFormat::xml) {
-        entry["data"] = layer.gids;
+        out.numbers("data", layer.gids);
     } else {
-        EncodedLayer encoded = encodeLayer(layer.gids, format, map.width);
-        if (!encoded.compression.empty()) {
-            entry["compression"] = encoded.compression;
+        const LayerEncoding encoding = layerEncoding(format);
+        if (!encoding.compression.empty()) {
+            member(out, "compression", encoding.compression);
         }
-        entry["data"] = std::move(encoded.text);
-        entry["encoding"] = "base64";
+        std::string text;
+        appendLayerText(text, layer.gids, format, map.width);
+        member(out, "data", text);
+        member(out, "encoding", encoding.encoding);
     }
-    entry["height"] = map.height;
-    entry["id"] = id;
-    entry["name"] = layer.name;
-    entry["opacity"] = 1;
-    entry["type"] = "tilelayer";
-    entry["visible"] = true;
-    entry["width"] = map.width;
-    entry["x"] = 0;
-    entry["y"] = 0;
-    return entry;
+    member(out, "height", std::int64_t{map.height});
+    member(out, "id", std::int64_t{id});
+    member(out, "name", layer.name);
+    member(out, "opacity", std::int64_t{1});
+    member(out, "type", "tilelayer");
+    member(out, "visible", true);
+    member(out, "width", std::int64_t{map.width});
+    member(out, "x", std::int64_t{0});
+    member(out, "y", std::int64_t{0});
+    out.endObject();
+}
+
+// Room for the text of a map whose cells have numbers of a few digits.
+std::size_t expectedLength(const TiledMap& map) {
+    constexpr std::size_t bytesPerCell = 5;
+    constexpr std::size_t rest = 4096;
+    std::size_t cells = 0;
+    for (const TiledTileLayer& layer : map.layers) {
+        cells += layer.gids.size();
+    }
+    return cells * bytesPerCell + rest;
 }
 
 // ---- reading ----
@@ -187,43 +279,47 @@ void readLayers(const json& document, TiledMap& map) {
 } // namespace
 
 std::string writeTmj(const TiledMap& map, LayerFormat format) {
-    ordered_json document;
-    document["compressionlevel"] = -1;
-    document["height"] = map.height;
-    document["infinite"] = map.infinite;
-    ordered_json layers = ordered_json::array();
+    JsonWriter out(expectedLength(map));
+    out.beginObject();
+    member(out, "compressionlevel", std::int64_t{-1});
+    member(out, "height", std::int64_t{map.height});
+    member(out, "infinite", map.infinite);
+    out.key("layers");
+    out.beginArray();
     std::int32_t id = 1;
     for (const TiledTileLayer& layer : map.layers) {
-        layers.push_back(layerJson(layer, id++, map, format));
+        writeLayer(out, layer, id++, map, format);
     }
-    document["layers"] = std::move(layers);
-    document["nextlayerid"] = id;
-    document["nextobjectid"] = 1;
-    document["orientation"] = "orthogonal";
+    out.endArray();
+    member(out, "nextlayerid", std::int64_t{id});
+    member(out, "nextobjectid", std::int64_t{1});
+    member(out, "orientation", "orthogonal");
     if (!map.properties.empty()) {
-        document["properties"] = propertiesJson(map.properties);
+        writeProperties(out, map.properties);
     }
-    document["renderorder"] = "right-down";
-    document["tiledversion"] = tiledVersion;
-    document["tileheight"] = map.tileHeight;
-    ordered_json tileSets = ordered_json::array();
+    member(out, "renderorder", "right-down");
+    member(out, "tiledversion", tiledVersion);
+    member(out, "tileheight", std::int64_t{map.tileHeight});
+    out.key("tilesets");
+    out.beginArray();
     for (const TiledTileSetReference& reference : map.tileSets) {
-        ordered_json entry;
-        entry["firstgid"] = reference.firstGid;
+        out.beginObject();
+        member(out, "firstgid", std::int64_t{reference.firstGid});
         if (reference.source.empty()) {
-            putTileSet(entry, reference.tileSet);
+            writeTileSetContents(out, reference.tileSet);
         } else {
-            entry["source"] = reference.source;
+            member(out, "source", reference.source);
         }
-        tileSets.push_back(std::move(entry));
+        out.endObject();
     }
-    document["tilesets"] = std::move(tileSets);
-    document["tilewidth"] = map.tileWidth;
-    document["type"] = "map";
-    document["version"] = formatVersion;
-    document["width"] = map.width;
+    out.endArray();
+    member(out, "tilewidth", std::int64_t{map.tileWidth});
+    member(out, "type", "map");
+    member(out, "version", formatVersion);
+    member(out, "width", std::int64_t{map.width});
+    out.endObject();
     // On one line: indented, every cell of a layer would take a line.
-    return document.dump() + "\n";
+    return out.take() + "\n";
 }
 
 TiledMap readTmj(std::string_view text, const TileSetLoader& loadTileSet) {

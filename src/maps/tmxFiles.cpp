@@ -1,6 +1,9 @@
 // Tiled's XML forms: the map (TMX) and the tile set (TSX).
 #include "maps/mapFiles.h"
 
+#include "maps/csvLayerText.h"
+#include "maps/xmlWriter.h"
+
 #include <pugixml.hpp>
 
 #include <stdexcept>
@@ -10,87 +13,86 @@ namespace {
 
 constexpr std::string_view formatVersion = "1.8";
 
-void appendProperties(pugi::xml_node parent, const std::vector<TiledProperty>& properties) {
+void writeProperties(XmlWriter& xml, const std::vector<TiledProperty>& properties) {
     if (properties.empty()) {
         return;
     }
-    pugi::xml_node list = parent.append_child("properties");
+    xml.open("properties");
     for (const TiledProperty& property : properties) {
-        pugi::xml_node node = list.append_child("property");
-        node.append_attribute("name") = property.name.c_str();
+        xml.open("property");
+        xml.attribute("name", property.name);
         if (property.type != "string") {
-            node.append_attribute("type") = property.type.c_str();
+            xml.attribute("type", property.type);
         }
-        node.append_attribute("value") = property.value.c_str();
+        xml.attribute("value", property.value);
+        xml.close();
     }
+    xml.close();
 }
 
-void appendTileSet(pugi::xml_node node, const TiledTileSet& tileSet) {
-    node.append_attribute("name") = tileSet.name.c_str();
-    node.append_attribute("tilewidth") = tileSet.tileWidth;
-    node.append_attribute("tileheight") = tileSet.tileHeight;
-    node.append_attribute("tilecount") = tileSet.tileCount;
-    node.append_attribute("columns") = tileSet.columns;
-    appendProperties(node, tileSet.properties);
-    pugi::xml_node image = node.append_child("image");
-    image.append_attribute("source") = tileSet.image.c_str();
-    image.append_attribute("width") = tileSet.imageWidth;
-    image.append_attribute("height") = tileSet.imageHeight;
+void writeTileSetContents(XmlWriter& xml, const TiledTileSet& tileSet) {
+    xml.attribute("name", tileSet.name);
+    xml.attribute("tilewidth", tileSet.tileWidth);
+    xml.attribute("tileheight", tileSet.tileHeight);
+    xml.attribute("tilecount", tileSet.tileCount);
+    xml.attribute("columns", tileSet.columns);
+    writeProperties(xml, tileSet.properties);
+    xml.open("image");
+    xml.attribute("source", tileSet.image);
+    xml.attribute("width", tileSet.imageWidth);
+    xml.attribute("height", tileSet.imageHeight);
+    xml.close();
     for (const auto& [id, properties] : tileSet.tileProperties) {
-        pugi::xml_node tile = node.append_child("tile");
-        tile.append_attribute("id") = id;
-        appendProperties(tile, properties);
+        xml.open("tile");
+        xml.attribute("id", id);
+        writeProperties(xml, properties);
+        xml.close();
     }
 }
 
-void appendLayer(pugi::xml_node map, const TiledTileLayer& layer, std::int32_t id,
-                 const TiledMap& size, LayerFormat format) {
-    pugi::xml_node node = map.append_child("layer");
-    node.append_attribute("id") = id;
-    node.append_attribute("name") = layer.name.c_str();
-    node.append_attribute("width") = size.width;
-    node.append_attribute("height") = size.height;
-    pugi::xml_node data = node.append_child("data");
+void writeLayer(XmlWriter& xml, const TiledTileLayer& layer, std::int32_t id, const TiledMap& size,
+                LayerFormat format) {
+    xml.open("layer");
+    xml.attribute("id", id);
+    xml.attribute("name", layer.name);
+    xml.attribute("width", size.width);
+    xml.attribute("height", size.height);
+    xml.open("data");
     if (format == LayerFormat::xml) {
         for (const std::uint32_t gid : layer.gids) {
-            pugi::xml_node tile = data.append_child("tile");
+            xml.open("tile");
             if (gid != 0) {
-                tile.append_attribute("gid") = gid;
+                xml.attribute("gid", gid);
             }
+            xml.close();
         }
-        return;
+    } else {
+        const LayerEncoding encoding = layerEncoding(format);
+        xml.attribute("encoding", encoding.encoding);
+        if (!encoding.compression.empty()) {
+            xml.attribute("compression", encoding.compression);
+        }
+        appendLayerText(xml.plainText(), layer.gids, format, size.width);
     }
-    const EncodedLayer encoded = encodeLayer(layer.gids, format, size.width);
-    data.append_attribute("encoding") = encoded.encoding.empty() ? "csv" : encoded.encoding.c_str();
-    if (!encoded.compression.empty()) {
-        data.append_attribute("compression") = encoded.compression.c_str();
-    }
-    data.append_child(pugi::node_pcdata).set_value(encoded.text.c_str());
+    xml.close();
+    xml.close();
 }
 
-// Collects what pugixml saves, without a stream between.
-class TextWriter : public pugi::xml_writer {
-public:
-    void write(const void* data, std::size_t size) override {
-        text.append(static_cast<const char*>(data), size);
-    }
-    std::string text;
-};
-
-std::string saved(const pugi::xml_document& document) {
-    TextWriter writer;
-    document.save(writer, " ", pugi::format_indent, pugi::encoding_utf8);
-    return std::move(writer.text);
+void openRoot(XmlWriter& xml, const char* rootName) {
+    xml.open(rootName);
+    xml.attribute("version", formatVersion);
+    xml.attribute("tiledversion", tiledVersion);
 }
 
-pugi::xml_node declaredDocument(pugi::xml_document& document, const char* rootName) {
-    pugi::xml_node declaration = document.append_child(pugi::node_declaration);
-    declaration.append_attribute("version") = "1.0";
-    declaration.append_attribute("encoding") = "UTF-8";
-    pugi::xml_node root = document.append_child(rootName);
-    root.append_attribute("version") = std::string(formatVersion).c_str();
-    root.append_attribute("tiledversion") = std::string(tiledVersion).c_str();
-    return root;
+// Room for the text of a map whose cells have numbers of a few digits.
+std::size_t expectedLength(const TiledMap& map) {
+    constexpr std::size_t bytesPerCell = 6;
+    constexpr std::size_t rest = 4096;
+    std::size_t cells = 0;
+    for (const TiledTileLayer& layer : map.layers) {
+        cells += layer.gids.size();
+    }
+    return cells * bytesPerCell + rest;
 }
 
 // ---- reading ----
@@ -124,7 +126,8 @@ TiledTileSet readTileSetNode(pugi::xml_node node) {
     return tileSet;
 }
 
-std::vector<std::uint32_t> readLayerData(pugi::xml_node data, const std::string& layerName) {
+std::vector<std::uint32_t> readLayerData(pugi::xml_node data, const std::string& layerName,
+                                         CsvLayerText& csv) {
     if (data.child("chunk")) {
         throw std::runtime_error("layer \"" + layerName +
                                  "\" is stored in chunks, as only an "
@@ -138,6 +141,10 @@ std::vector<std::uint32_t> readLayerData(pugi::xml_node data, const std::string&
         }
         return gids;
     }
+    std::vector<std::uint32_t> gids;
+    if (csv.take(data.text().get(), gids)) {
+        return gids;
+    }
     try {
         return decodeLayer(data.text().get(), encoding, data.attribute("compression").as_string());
     } catch (const std::runtime_error& error) {
@@ -145,9 +152,14 @@ std::vector<std::uint32_t> readLayerData(pugi::xml_node data, const std::string&
     }
 }
 
+// The root of the XML text; original is the file's text, whose parsing
+// names what is wrong when the text (the file without its CSV data) fails.
 pugi::xml_node parsedRoot(pugi::xml_document& document, std::string_view text,
-                          const char* rootName) {
-    const pugi::xml_parse_result result = document.load_buffer(text.data(), text.size());
+                          std::string_view original, const char* rootName) {
+    pugi::xml_parse_result result = document.load_buffer(text.data(), text.size());
+    if (!result && text.data() != original.data()) {
+        result = document.load_buffer(original.data(), original.size());
+    }
     if (!result) {
         throw std::runtime_error(std::string("this is not an XML file: ") + result.description() +
                                  " at byte " + std::to_string(result.offset));
@@ -159,7 +171,8 @@ pugi::xml_node parsedRoot(pugi::xml_document& document, std::string_view text,
     return root;
 }
 
-void readChildren(pugi::xml_node root, TiledMap& map, const TileSetLoader& loadTileSet) {
+void readChildren(pugi::xml_node root, TiledMap& map, const TileSetLoader& loadTileSet,
+                  CsvLayerText& csv) {
     for (pugi::xml_node node : root.children()) {
         const std::string_view kind = node.name();
         const std::string name = node.attribute("name").as_string();
@@ -171,7 +184,7 @@ void readChildren(pugi::xml_node root, TiledMap& map, const TileSetLoader& loadT
                 reference.source.empty() ? readTileSetNode(node) : loadTileSet(reference.source);
             map.tileSets.push_back(std::move(reference));
         } else if (kind == "layer") {
-            map.layers.push_back({name, readLayerData(node.child("data"), name)});
+            map.layers.push_back({name, readLayerData(node.child("data"), name, csv)});
         } else if (kind == "objectgroup") {
             map.ignored.push_back("object layer \"" + name + "\"");
         } else if (kind == "imagelayer") {
@@ -185,43 +198,48 @@ void readChildren(pugi::xml_node root, TiledMap& map, const TileSetLoader& loadT
 } // namespace
 
 std::string writeTmx(const TiledMap& map, LayerFormat format) {
-    pugi::xml_document document;
-    pugi::xml_node root = declaredDocument(document, "map");
-    root.append_attribute("orientation") = "orthogonal";
-    root.append_attribute("renderorder") = "right-down";
-    root.append_attribute("width") = map.width;
-    root.append_attribute("height") = map.height;
-    root.append_attribute("tilewidth") = map.tileWidth;
-    root.append_attribute("tileheight") = map.tileHeight;
-    root.append_attribute("infinite") = map.infinite ? 1 : 0;
-    root.append_attribute("nextlayerid") = static_cast<int>(map.layers.size() + 1);
-    root.append_attribute("nextobjectid") = 1;
-    appendProperties(root, map.properties);
+    XmlWriter xml(expectedLength(map));
+    openRoot(xml, "map");
+    xml.attribute("orientation", "orthogonal");
+    xml.attribute("renderorder", "right-down");
+    xml.attribute("width", map.width);
+    xml.attribute("height", map.height);
+    xml.attribute("tilewidth", map.tileWidth);
+    xml.attribute("tileheight", map.tileHeight);
+    xml.attribute("infinite", map.infinite ? 1 : 0);
+    xml.attribute("nextlayerid", static_cast<std::int64_t>(map.layers.size() + 1));
+    xml.attribute("nextobjectid", 1);
+    writeProperties(xml, map.properties);
     for (const TiledTileSetReference& reference : map.tileSets) {
-        pugi::xml_node node = root.append_child("tileset");
-        node.append_attribute("firstgid") = reference.firstGid;
+        xml.open("tileset");
+        xml.attribute("firstgid", reference.firstGid);
         if (reference.source.empty()) {
-            appendTileSet(node, reference.tileSet);
+            writeTileSetContents(xml, reference.tileSet);
         } else {
-            node.append_attribute("source") = reference.source.c_str();
+            xml.attribute("source", reference.source);
         }
+        xml.close();
     }
     std::int32_t id = 1;
     for (const TiledTileLayer& layer : map.layers) {
-        appendLayer(root, layer, id++, map, format);
+        writeLayer(xml, layer, id++, map, format);
     }
-    return saved(document);
+    xml.close();
+    return xml.take();
 }
 
 std::string writeTsx(const TiledTileSet& tileSet) {
-    pugi::xml_document document;
-    appendTileSet(declaredDocument(document, "tileset"), tileSet);
-    return saved(document);
+    XmlWriter xml(4096);
+    openRoot(xml, "tileset");
+    writeTileSetContents(xml, tileSet);
+    xml.close();
+    return xml.take();
 }
 
 TiledMap readTmx(std::string_view text, const TileSetLoader& loadTileSet) {
+    CsvLayerText csv(text);
     pugi::xml_document document;
-    const pugi::xml_node root = parsedRoot(document, text, "map");
+    const pugi::xml_node root = parsedRoot(document, csv.xml(), text, "map");
     TiledMap map;
     map.width = root.attribute("width").as_int();
     map.height = root.attribute("height").as_int();
@@ -230,14 +248,14 @@ TiledMap readTmx(std::string_view text, const TileSetLoader& loadTileSet) {
     map.infinite = root.attribute("infinite").as_int() != 0;
     map.properties = readProperties(root);
     if (!map.infinite) {
-        readChildren(root, map, loadTileSet);
+        readChildren(root, map, loadTileSet, csv);
     }
     return map;
 }
 
 TiledTileSet readTsx(std::string_view text) {
     pugi::xml_document document;
-    return readTileSetNode(parsedRoot(document, text, "tileset"));
+    return readTileSetNode(parsedRoot(document, text, text, "tileset"));
 }
 
 } // namespace marvek

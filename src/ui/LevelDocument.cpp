@@ -26,8 +26,16 @@ fs::file_time_type writeTime(const fs::path& file) {
     return error ? fs::file_time_type{} : time;
 }
 
-bool inside(const CellRange& range, std::int32_t x, std::int32_t y) {
-    return x >= range.left && x <= range.right && y >= range.top && y <= range.bottom;
+SpecialChanges& operator+=(SpecialChanges& total, const SpecialChanges& more) {
+    total.removed += more.removed;
+    total.replaced += more.replaced;
+    return total;
+}
+
+SpecialChanges& operator-=(SpecialChanges& total, const SpecialChanges& less) {
+    total.removed -= less.removed;
+    total.replaced -= less.replaced;
+    return total;
 }
 
 } // namespace
@@ -71,6 +79,27 @@ bool LevelDocument::modified() const noexcept {
     return offTheSteps_ || !history_.atSavedStep();
 }
 
+void LevelDocument::setRangeFault(RangeFault fault) {
+    rangeFault_ = std::move(fault);
+    watchRanges();
+}
+
+void LevelDocument::watchRanges() {
+    if (rangeFault_) {
+        rangeWatch_.reset(opened_->level);
+    }
+}
+
+void LevelDocument::checkRange(const std::string& step, const std::optional<CellRange>& told) {
+    if (!rangeFault_) {
+        return;
+    }
+    const auto changed = rangeWatch_.takeChanges(opened_->level);
+    if (changed && !(told && told->covers(*changed))) {
+        rangeFault_(step);
+    }
+}
+
 void LevelDocument::setUndoMaximum(std::int32_t maximum) {
     const bool wasModified = modified();
     history_.setMaximum(maximum);
@@ -88,8 +117,13 @@ CellRange LevelDocument::wholeLevel() const {
     return {0, 0, std::max(level.width - 1, 0), std::max(level.height - 1, 0)};
 }
 
-void LevelDocument::recordStep(const std::string& name, std::optional<LevelExtras> replaced) {
-    history_.record(opened_->level, name);
+void LevelDocument::recordStep(const std::string& name, std::optional<LevelExtras> replaced,
+                               bool wholeGrid) {
+    if (wholeGrid) {
+        history_.record(opened_->level, name);
+    } else {
+        history_.begin(opened_->level, name);
+    }
     redoExtras_.clear();
     undoExtras_.push_back(std::move(replaced));
     trimExtras();
@@ -98,11 +132,12 @@ void LevelDocument::recordStep(const std::string& name, std::optional<LevelExtra
 void LevelDocument::edit(const std::string& name, const CellRange& range,
                          const std::function<void(clsLevel&)>& change, bool nameBySpecials) {
     const bool wasModified = modified();
-    recordStep(name, std::nullopt);
+    recordStep(name, std::nullopt, false);
+    stepSpecials_ = {};
     if (nameBySpecials) {
-        stepWatch_.emplace(opened_->level, name);
+        stepBaseName_ = name;
     } else {
-        stepWatch_.reset();
+        stepBaseName_.reset();
     }
     changeCells(name, range, change);
     nameStepBySpecials();
@@ -111,8 +146,8 @@ void LevelDocument::edit(const std::string& name, const CellRange& range,
 }
 
 void LevelDocument::nameStepBySpecials() {
-    if (stepWatch_) {
-        history_.renameNewest(stepWatch_->stepName(opened_->level));
+    if (stepBaseName_) {
+        history_.renameNewest(nameWithChanges(*stepBaseName_, stepSpecials_));
     }
 }
 
@@ -134,49 +169,62 @@ void LevelDocument::continueEdit(const CellRange& range,
 void LevelDocument::changeCells(const std::string& name, const CellRange& range,
                                 const std::function<void(clsLevel&)>& change) {
     clsLevel& level = opened_->level;
-    std::vector<Cell> before;
-    if (rangeFault_) {
-        before.assign(level.cells().begin(), level.cells().end());
+    history_.keep(level, range);
+    // Only cells in range change, so the step's count moves by theirs alone.
+    if (stepBaseName_) {
+        stepSpecials_ -= history_.specialChanges(level, range);
     }
     change(level);
-    if (rangeFault_) {
-        const auto cells = level.cells();
-        for (std::size_t i = 0; i < cells.size() && i < before.size(); ++i) {
-            const auto x = static_cast<std::int32_t>(i % std::size_t(level.width));
-            const auto y = static_cast<std::int32_t>(i / std::size_t(level.width));
-            if ((cells[i].tile != before[i].tile || cells[i].special != before[i].special) &&
-                !inside(range, x, y)) {
-                rangeFault_(name);
-                break;
-            }
-        }
+    if (stepBaseName_) {
+        stepSpecials_ += history_.specialChanges(level, range);
     }
+    checkRange(name, range);
     emit cellsChanged(range);
 }
 
 bool LevelDocument::undo() {
-    stepWatch_.reset();
-    const bool wasModified = modified();
-    if (history_.undo(opened_->level).empty()) {
-        return false;
-    }
-    takeBack(true);
-    settle(wasModified);
-    return true;
+    return takeBackOne(true);
 }
 
 bool LevelDocument::redo() {
-    stepWatch_.reset();
+    return takeBackOne(false);
+}
+
+bool LevelDocument::takeBackOne(bool undoing) {
     const bool wasModified = modified();
-    if (history_.redo(opened_->level).empty()) {
+    std::optional<CellRange> changed;
+    const std::string name = takeBack(undoing, changed);
+    if (name.empty()) {
         return false;
     }
-    takeBack(false);
+    signalTakenBack(changed, (undoing ? "Undo " : "Redo ") + name);
     settle(wasModified);
     return true;
 }
 
-void LevelDocument::takeBack(bool undoing) {
+void LevelDocument::signalTakenBack(const std::optional<CellRange>& changed,
+                                    const std::string& step) {
+    checkRange(step, changed);
+    if (changed) {
+        emit cellsChanged(*changed);
+    }
+    emit historyChanged();
+}
+
+std::string LevelDocument::takeBack(bool undoing, std::optional<CellRange>& changed) {
+    stepBaseName_.reset();
+    std::string name = undoing ? history_.undo(opened_->level) : history_.redo(opened_->level);
+    if (name.empty()) {
+        return name;
+    }
+    if (const auto& cells = history_.lastChanged()) {
+        changed = unite(changed, *cells);
+    }
+    swapStepExtras(undoing);
+    return name;
+}
+
+void LevelDocument::swapStepExtras(bool undoing) {
     auto& from = undoing ? undoExtras_ : redoExtras_;
     auto& to = undoing ? redoExtras_ : undoExtras_;
     std::optional<LevelExtras> extras;
@@ -189,8 +237,6 @@ void LevelDocument::takeBack(bool undoing) {
     }
     to.push_back(std::move(extras));
     trimExtras();
-    emit cellsChanged(wholeLevel());
-    emit historyChanged();
 }
 
 LevelDocument::LevelExtras LevelDocument::currentExtras() const {
@@ -225,7 +271,7 @@ void LevelDocument::swapExtras(LevelExtras& extras) {
 
 void LevelDocument::trimExtras() {
     const std::size_t applied = history_.applied();
-    const std::size_t ahead = history_.steps().size() - applied;
+    const std::size_t ahead = history_.size() - applied;
     while (undoExtras_.size() > applied) {
         undoExtras_.pop_front();
     }
@@ -235,9 +281,18 @@ void LevelDocument::trimExtras() {
 }
 
 void LevelDocument::goToEntry(std::size_t index) {
-    while (history_.applied() > index && undo()) {
+    const bool wasModified = modified();
+    std::optional<CellRange> changed;
+    bool moved = false;
+    while (history_.applied() > index && !takeBack(true, changed).empty()) {
+        moved = true;
     }
-    while (history_.applied() < index && redo()) {
+    while (history_.applied() < index && !takeBack(false, changed).empty()) {
+        moved = true;
+    }
+    if (moved) {
+        signalTakenBack(changed, "Go to History entry");
+        settle(wasModified);
     }
 }
 
@@ -245,7 +300,7 @@ void LevelDocument::changePalette(const clsPalette& palette) {
     LevelExtras replaced = currentExtras();
     usePalette(palette);
     const bool wasModified = modified();
-    recordStep("Edit Palette", std::move(replaced));
+    recordStep("Edit Palette", std::move(replaced), false);
     emit graphicsChanged();
     emit historyChanged();
     settle(wasModified);
@@ -267,8 +322,8 @@ void LevelDocument::replaceContents(const std::string& name, const clsLevel& fro
     LevelExtras replaced = currentExtras();
     usePalette(palette);
     const bool wasModified = modified();
-    recordStep(name, std::move(replaced));
-    stepWatch_.reset();
+    recordStep(name, std::move(replaced), true);
+    stepBaseName_.reset();
     changeCells(name, wholeLevel(), [&from](clsLevel& level) {
         std::ranges::copy(from.cells(), level.cells().begin());
         level.setDefaultSpecials({from.defaultSpecials().begin(), from.defaultSpecials().end()});
@@ -298,7 +353,8 @@ void LevelDocument::replace(std::unique_ptr<OpenedLevel> opened, QString configu
     history_.clear();
     undoExtras_.clear();
     redoExtras_.clear();
-    stepWatch_.reset();
+    stepBaseName_.reset();
+    watchRanges();
     offTheSteps_ = false;
     selection_.reset();
     autosave_->settled();
@@ -317,7 +373,8 @@ void LevelDocument::restoreRecoveryCopy() {
     history_.clear();
     undoExtras_.clear();
     redoExtras_.clear();
-    stepWatch_.reset();
+    stepBaseName_.reset();
+    watchRanges();
     // The kept work is not the file's, whatever history says.
     offTheSteps_ = true;
     emit levelReplaced();

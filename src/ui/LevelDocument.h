@@ -38,8 +38,9 @@ class LevelDocument : public QObject {
     Q_OBJECT
 
 public:
-    // Told, when set, of every edit whose cells reach past the range it
-    // named; a check for test builds, since it compares whole grids.
+    // Told, when set, of every edit, undo, redo or History jump whose cells
+    // reach past the range it signalled; a check for test builds, since it
+    // compares whole grids.
     using RangeFault = std::function<void(const std::string& step)>;
 
     // The application folder is where the graphics are read again from after
@@ -57,7 +58,7 @@ public:
     std::filesystem::path file() const;
     const UndoHistory& history() const noexcept { return history_; }
     bool modified() const noexcept;
-    void setRangeFault(RangeFault fault) { rangeFault_ = std::move(fault); }
+    void setRangeFault(RangeFault fault);
     void setUndoMaximum(std::int32_t maximum);
     // The lock on the level's file; with another editor holding it, the
     // level is read-only: neither saved nor kept in a recovery copy.
@@ -140,10 +141,20 @@ private:
     void swapExtras(LevelExtras& extras);
     void usePalette(const clsPalette& palette);
 
-    void recordStep(const std::string& name, std::optional<LevelExtras> replaced);
+    // wholeGrid: the step keeps every cell (it may change the grid's size);
+    // otherwise only those its edits name.
+    void recordStep(const std::string& name, std::optional<LevelExtras> replaced, bool wholeGrid);
     void changeCells(const std::string& name, const CellRange& range,
                      const std::function<void(clsLevel&)>& change);
-    void takeBack(bool undoing);
+    bool takeBackOne(bool undoing);
+    // Takes back the newest step of one side without telling anyone: its
+    // name, or empty when there was none; changed grows by its cells.
+    std::string takeBack(bool undoing, std::optional<CellRange>& changed);
+    void swapStepExtras(bool undoing);
+    // Tells views and panels what a move through the history changed.
+    void signalTakenBack(const std::optional<CellRange>& changed, const std::string& step);
+    void watchRanges();
+    void checkRange(const std::string& step, const std::optional<CellRange>& told);
     void nameStepBySpecials();
     void trimExtras();
     void settle(bool wasModified);
@@ -164,13 +175,17 @@ private:
     // The cells differ from the file whatever the history's step: a
     // restored recovery copy, or a stroke going on after a save.
     bool offTheSteps_ = false;
-    std::optional<SpecialsWatch> stepWatch_;
+    // Set while the newest step is named by what it did to specials, which
+    // stepSpecials_ counts as its cells change.
+    std::optional<std::string> stepBaseName_;
+    SpecialChanges stepSpecials_;
     std::optional<clsRectangle> selection_;
     std::unique_ptr<Autosave> autosave_;
     QFileSystemWatcher* watcher_ = nullptr;
     // The file's time when this editor last read or wrote it.
     std::filesystem::file_time_type knownWrite_{};
     RangeFault rangeFault_;
+    CellWatch rangeWatch_;
     std::unique_ptr<LevelLock> lock_;
     RecoveryCopyHealth recoveryHealth_;
 };

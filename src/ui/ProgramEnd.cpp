@@ -2,13 +2,14 @@
 
 #include "app/SharedObjects.h"
 #include "ui/EditorWindows.h"
+#include "ui/LevelFileCommands.h"
 #include "ui/frmMain.h"
 
 namespace marvek {
 
 void ProgramEnd::afterError(const QString& description) {
     frmMain* window = windows_.mainWindow();
-    const QString kept = window != nullptr ? window->keepUnsavedWork() : QString();
+    const QString kept = window != nullptr ? window->files().keepUnsavedWork() : QString();
     shared_.messages->showFatal(window, kept.isEmpty() ? description : description + "\n\n" + kept);
 }
 
@@ -17,7 +18,7 @@ QString ProgramEnd::beforeTermination() {
     if (window == nullptr) {
         return {};
     }
-    return window->keepUnsavedWork();
+    return window->files().keepUnsavedWork();
 }
 
 bool ProgramEnd::sessionEnding(bool mayAsk) {
@@ -29,7 +30,7 @@ bool ProgramEnd::sessionEnding(bool mayAsk) {
         beforeTermination();
         return true;
     }
-    return window->mayClose();
+    return window->files().mayClose();
 }
 
 } // namespace marvek

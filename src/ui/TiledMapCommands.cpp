@@ -6,11 +6,13 @@
 #include "io/packedFile.h"
 #include "maps/levelProperties.h"
 #include "maps/tiledMapFiles.h"
+#include "ui/EditingState.h"
 #include "ui/LevelDocument.h"
-#include "ui/frmMain.h"
+#include "ui/LevelTabs.h"
 #include "ui/frmStatus.h"
 
 #include <QFileInfo>
+#include <QMainWindow>
 #include <QStatusBar>
 
 #include <algorithm>
@@ -40,10 +42,11 @@ void TiledMapCommands::tell(const QString& text, int style) const {
 }
 
 bool TiledMapCommands::exportMap() {
-    const OpenedLevel* opened = window_.openedLevel();
-    if (opened == nullptr) {
+    const LevelDocument* document = tabs_.current();
+    if (document == nullptr) {
         return false;
     }
+    const OpenedLevel* opened = &document->opened();
     const QString name = QFileInfo(toQString(opened->level.fileName)).completeBaseName() + ".tmx";
     const QString chosen = shared_.dialogs->saveFile(&window_, "Export Tiled Map", mapFilter, name,
                                                      clsCommonDialog::saveFlags, 1);
@@ -56,8 +59,7 @@ bool TiledMapCommands::exportMap() {
     request.configurationName = opened->configuration;
     try {
         exportTiledMap(savedFile(*opened), opened->tileSet, opened->specialSet,
-                       clsRenderOptions(shared_.editorFont, window_.editing().alphaBlending),
-                       request);
+                       clsRenderOptions(shared_.editorFont, editing_.alphaBlending), request);
     } catch (const std::exception& error) {
         tell("The Tiled map was not written.\n\n" + QString::fromStdString(error.what()),
              messageStyle::exclamation);
@@ -68,7 +70,7 @@ bool TiledMapCommands::exportMap() {
 }
 
 bool TiledMapCommands::importMap() {
-    LevelDocument* document = window_.currentDocument();
+    LevelDocument* document = tabs_.current();
     if (document == nullptr) {
         return false;
     }

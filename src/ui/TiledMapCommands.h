@@ -1,19 +1,22 @@
 #pragma once
 
+class QMainWindow;
 class QString;
 
 namespace marvek {
 
-class frmMain;
-class LevelDocument;
+class LevelTabs;
+struct EditingState;
 struct SharedObjects;
 struct LevelFile;
 
-// File > Export > Tiled Map... and File > Import > Tiled Map... for the main
-// window's open level.
+// File > Export > Tiled Map... and File > Import > Tiled Map... for the level
+// in the front tab.
 class TiledMapCommands {
 public:
-    TiledMapCommands(frmMain& window, SharedObjects& shared) : window_(window), shared_(shared) {}
+    TiledMapCommands(LevelTabs& tabs, const EditingState& editing, SharedObjects& shared,
+                     QMainWindow& window)
+        : tabs_(tabs), editing_(editing), shared_(shared), window_(window) {}
 
     // The level as a map with its tile sets beside it; true when written.
     bool exportMap();
@@ -25,8 +28,10 @@ public:
 private:
     void tell(const QString& text, int style) const;
 
-    frmMain& window_;
+    LevelTabs& tabs_;
+    const EditingState& editing_;
     SharedObjects& shared_;
+    QMainWindow& window_;
 };
 
 } // namespace marvek

@@ -1,17 +1,19 @@
-// The main window: its controls, menus, tabs and keys.
+// The main window: its controls, menus, keys and window events.
 #include "ui/frmMain.h"
 
 #include "app/SharedObjects.h"
-#include "app/autosave.h"
 #include "app/clsMessageBox.h"
 #include "app/qtPaths.h"
 #include "data/cellRange.h"
 #include "data/openLevel.h"
 #include "ui/EditCommands.h"
 #include "ui/LevelDocument.h"
+#include "ui/LevelFileCommands.h"
+#include "ui/LevelTabs.h"
 #include "ui/LevelView.h"
 #include "ui/PaletteStrip.h"
 #include "ui/PictureBox.h"
+#include "ui/RecentLevelsMenu.h"
 #include "ui/TiledMapCommands.h"
 #include "ui/ToolBox.h"
 #include "ui/ViewMenu.h"
@@ -19,10 +21,11 @@
 
 #include <QBoxLayout>
 #include <QCloseEvent>
-#include <QFileInfo>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QKeyEvent>
 #include <QMenuBar>
-#include <QMouseEvent>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -33,56 +36,35 @@ namespace {
 
 constexpr int margin = 4;
 
-const QString closingQuestion = "The level has been modified since you last saved it. Do you "
-                                "want to save it before quitting?";
-
-// Closes a tab on a middle click.
-class MiddleClickClose : public QObject {
-public:
-    MiddleClickClose(QTabBar& bar, std::function<void(int)> close)
-        : QObject(&bar), bar_(bar), close_(std::move(close)) {
-        bar.installEventFilter(this);
+// The one local file a drag carries, when it carries exactly one.
+std::optional<std::filesystem::path> droppedFile(const QMimeData* data) {
+    if (data == nullptr || !data->hasUrls() || data->urls().size() != 1 ||
+        !data->urls().constFirst().isLocalFile()) {
+        return std::nullopt;
     }
-
-protected:
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-        if (event->type() != QEvent::MouseButtonRelease) {
-            return false;
-        }
-        const auto* mouse = static_cast<QMouseEvent*>(event);
-        const int index = bar_.tabAt(mouse->position().toPoint());
-        if (mouse->button() != Qt::MiddleButton || index < 0) {
-            return false;
-        }
-        close_(index);
-        return true;
-    }
-
-private:
-    QTabBar& bar_;
-    std::function<void(int)> close_;
-};
+    return toPath(data->urls().constFirst().toLocalFile());
+}
 
 } // namespace
 
 frmMain::frmMain(SharedObjects& shared, MainDialogs dialogs, QWidget* parent)
     : QMainWindow(parent), shared_(shared), dialogs_(dialogs),
-      makeTimer_([] { return std::make_unique<QtSingleShotTimer>(); }) {
+      tools_(std::make_unique<ToolBox>(editing_)) {
     setObjectName("frmMain");
     setWindowTitle(QString(applicationTitle) + "[*]");
+    setAcceptDrops(true);
     buildWindow();
     buildMenus();
-    buildDesktopSupport();
+    connectTabs();
     statusBar()->setObjectName("statusBar");
     fitToScreen(*this, QSize(1280, 800));
     updateCommands();
 }
 
 frmMain::~frmMain() {
-    // The views refer to their documents.
-    while (views_->count() > 0) {
-        delete views_->widget(0);
-    }
+    // The views refer to the editing state and the tools.
+    files_.reset();
+    tabs_.reset();
 }
 
 void frmMain::buildWindow() {
@@ -95,13 +77,7 @@ void frmMain::buildWindow() {
     tabMode_->addTab("Specials");
     tabMode_->setFocusPolicy(Qt::NoFocus);
     tabMode_->setDrawBase(false);
-    tabLevels_ = new QTabBar(central);
-    tabLevels_->setObjectName("tabLevels");
-    tabLevels_->setFocusPolicy(Qt::NoFocus);
-    tabLevels_->setDocumentMode(true);
-    tabLevels_->setExpanding(false);
-    views_ = new QStackedWidget(central);
-    views_->setObjectName("views");
+    tabs_ = std::make_unique<LevelTabs>(ViewServices{shared_, editing_, *tools_}, *central);
     palette_ = new PaletteStrip(editing_, shared_.editorFont, central);
     palette_->setObjectName("paletteStrip");
 
@@ -110,14 +86,14 @@ void frmMain::buildWindow() {
     auto* top = new QHBoxLayout;
     top->setSpacing(4 * margin);
     top->addWidget(tabMode_);
-    top->addWidget(tabLevels_, 1, Qt::AlignBottom);
+    top->addWidget(&tabs_->bar(), 1, Qt::AlignBottom);
     auto* strip = new QVBoxLayout;
     strip->setSpacing(0);
     strip->addWidget(palette_, 1);
     strip->addSpacing(QScrollBar(Qt::Horizontal).sizeHint().height());
     auto* row = new QHBoxLayout;
     row->setSpacing(margin);
-    row->addWidget(views_, 1);
+    row->addWidget(&tabs_->views(), 1);
     row->addLayout(strip);
     auto* column = new QVBoxLayout(central);
     column->setContentsMargins(margin, margin, margin, margin);
@@ -127,13 +103,6 @@ void frmMain::buildWindow() {
     setFocusPolicy(Qt::StrongFocus);
 
     connect(tabMode_, &QTabBar::currentChanged, this, &frmMain::selectMode);
-    connect(tabLevels_, &QTabBar::currentChanged, this, [this](int index) {
-        if (index >= 0 && index < views_->count()) {
-            views_->setCurrentIndex(index);
-            documentShown();
-        }
-    });
-    new MiddleClickClose(*tabLevels_, [this](int index) { closeTab(index); });
     connect(palette_, &PaletteStrip::brushChosen, this, [this] {
         if (LevelView* view = currentView()) {
             view->scheduleRedraw();
@@ -142,7 +111,7 @@ void frmMain::buildWindow() {
     buildPanels();
     // The least of the level view a small window keeps (5 x 3 cells at
     // 200 %): the panels beside it give way first.
-    views_->setMinimumSize(
+    tabs_->views().setMinimumSize(
         160 + 2 * PictureBox::border + QScrollBar(Qt::Vertical).sizeHint().width(),
         96 + 2 * PictureBox::border + QScrollBar(Qt::Horizontal).sizeHint().height());
 }
@@ -195,19 +164,26 @@ void frmMain::buildMenus() {
 void frmMain::buildFileMenu() {
     QMenu* file = menuBar()->addMenu("&File");
     file->setObjectName("mnuFile");
+    auto* recent = new RecentLevelsMenu(
+        shared_, [this](std::size_t index) { files_->openRecent(index); }, file);
+    connect(recent, &RecentLevelsMenu::notice, this,
+            [this](const QString& text) { statusBar()->showMessage(text); });
+    files_ = std::make_unique<LevelFileCommands>(
+        shared_, LevelFileCommands::Dialogs{dialogs_.status, dialogs_.openLevel}, *tabs_, *recent,
+        *this);
     connect(addCommand(*file, "itmFileOpen", "&Open...", QKeySequence::Open), &QAction::triggered,
-            this, [this] { fileOpen(); });
+            this, [this] { files_->open(); });
     connect(addCommand(*file, "itmFileOpenInNewTab", "Open in &New Tab...", QKeySequence("Ctrl+T")),
-            &QAction::triggered, this, [this] { fileOpenInNewTab(); });
+            &QAction::triggered, this, [this] { files_->openInNewTab(); });
     itmFileReload_ = addCommand(*file, "itmFileReload", "Re&load");
-    connect(itmFileReload_, &QAction::triggered, this, [this] { fileReload(); });
+    connect(itmFileReload_, &QAction::triggered, this, [this] { files_->reload(); });
     connect(addCommand(*file, "itmFileSave", "&Save", QKeySequence::Save), &QAction::triggered,
-            this, [this] { fileSave(); });
+            this, [this] { files_->save(); });
     connect(addCommand(*file, "itmFileSaveAs", "Save &As...", QKeySequence("Ctrl+Shift+S")),
-            &QAction::triggered, this, [this] { fileSaveAs(); });
+            &QAction::triggered, this, [this] { files_->saveAs(); });
     connect(addCommand(*file, "itmFileExportBitmap", "&Export Bitmap..."), &QAction::triggered,
             this, [this] { fileExportBitmap(); });
-    tiledMaps_ = std::make_unique<TiledMapCommands>(*this, shared_);
+    tiledMaps_ = std::make_unique<TiledMapCommands>(*tabs_, editing_, shared_, *this);
     QMenu* exports = file->addMenu("Expor&t");
     exports->setObjectName("mnuFileExport");
     connect(addCommand(*exports, "itmFileExportTiledMap", "&Tiled Map..."), &QAction::triggered,
@@ -219,8 +195,9 @@ void frmMain::buildFileMenu() {
     connect(addCommand(*file, "itmFileCloseTab", "&Close Tab", QKeySequence("Ctrl+W")),
             &QAction::triggered, this, [this] {
                 releaseModifiers();
-                closeTab(currentTab());
+                files_->closeTab(tabs_->currentIndex());
             });
+    file->addMenu(recent);
     file->addSeparator();
     connect(addCommand(*file, "itmFileExit", "E&xit", QKeySequence("Ctrl+Q")), &QAction::triggered,
             this, [this] {
@@ -230,11 +207,6 @@ void frmMain::buildFileMenu() {
 }
 
 void frmMain::buildTabKeys() {
-    const auto step = [this](int by) {
-        if (tabCount() > 1) {
-            switchToTab((currentTab() + by + tabCount()) % tabCount());
-        }
-    };
     const std::pair<const char*, int> keys[] = {{"Ctrl+Tab", 1},
                                                 {"Ctrl+PgDown", 1},
                                                 {"Ctrl+Shift+Tab", -1},
@@ -244,51 +216,21 @@ void frmMain::buildTabKeys() {
         auto* action = new QAction(this);
         action->setShortcut(QKeySequence(key));
         addAction(action);
-        connect(action, &QAction::triggered, this, [step, by] { step(by); });
+        connect(action, &QAction::triggered, this, [this, by] { tabs_->step(by); });
     }
 }
 
 LevelDocument* frmMain::currentDocument() const {
-    const int index = currentTab();
-    return index >= 0 && std::size_t(index) < documents_.size() ? documents_[index].get() : nullptr;
+    return tabs_->current();
 }
 
 LevelView* frmMain::currentView() const {
-    return qobject_cast<LevelView*>(views_->currentWidget());
+    return tabs_->currentView();
 }
 
-int frmMain::tabCount() const {
-    return static_cast<int>(documents_.size());
-}
-
-int frmMain::currentTab() const {
-    return tabLevels_->currentIndex();
-}
-
-void frmMain::switchToTab(int index) {
-    releaseModifiers();
-    tabLevels_->setCurrentIndex(index);
-}
-
-bool frmMain::closeTab(int index) {
-    if (index < 0 || index >= tabCount() || tabCount() == 1) {
-        return false;
-    }
-    LevelDocument& document = *documents_[std::size_t(index)];
-    bool cancelled = false;
-    if (!saveIfModified(document, closingQuestion, &cancelled) || cancelled) {
-        return false;
-    }
-    if (document.modified()) {
-        document.dropRecoveryCopy();
-    }
-    QWidget* view = views_->widget(index);
-    views_->removeWidget(view);
-    delete view;
-    documents_.erase(documents_.begin() + index);
-    tabLevels_->removeTab(index);
-    documentShown();
-    return true;
+bool frmMain::useConfig(const std::filesystem::path& levelFile, const QString& configuration,
+                        bool loadUnknown, QString* failure) {
+    return files_->useConfig(levelFile, configuration, loadUnknown, failure);
 }
 
 const OpenedLevel* frmMain::openedLevel() const {
@@ -412,57 +354,36 @@ void frmMain::keyReleaseEvent(QKeyEvent* event) {
 }
 
 void frmMain::releaseModifiers() {
-    if (LevelView* view = currentView()) {
-        view->releaseModifiers();
-    }
+    tabs_->releaseModifiers();
 }
 
 void frmMain::selectMode(int tabIndex) {
     editing_.mode = tabIndex + 1;
-    for (int i = 0; i < views_->count(); ++i) {
-        qobject_cast<LevelView*>(views_->widget(i))->followMode();
-    }
+    tabs_->followMode();
     palette_->refresh();
 }
 
-bool frmMain::mayClose() {
-    for (std::size_t i = 0; i < documents_.size(); ++i) {
-        LevelDocument& document = *documents_[i];
-        if (!document.modified()) {
-            continue;
-        }
-        // The question is about the level the user sees.
-        switchToTab(static_cast<int>(i));
-        bool cancelled = false;
-        if (!saveIfModified(document, closingQuestion, &cancelled) || cancelled) {
-            return false;
-        }
-    }
-    // Still modified: the user chose to close without saving.
-    for (const auto& document : documents_) {
-        if (document->modified()) {
-            document->dropRecoveryCopy();
-        }
-    }
-    return true;
-}
-
 void frmMain::closeEvent(QCloseEvent* event) {
-    if (!mayClose()) {
+    if (!files_->mayClose()) {
         event->ignore();
         return;
     }
     event->accept();
 }
 
-QString frmMain::keepUnsavedWork() {
-    QStringList kept;
-    for (const auto& document : documents_) {
-        if (const QString text = document->keepUnsavedWork(); !text.isEmpty()) {
-            kept << text;
-        }
+void frmMain::dragEnterEvent(QDragEnterEvent* event) {
+    if (droppedFile(event->mimeData())) {
+        event->acceptProposedAction();
     }
-    return kept.join('\n');
+}
+
+void frmMain::dropEvent(QDropEvent* event) {
+    const auto file = droppedFile(event->mimeData());
+    if (!file) {
+        return;
+    }
+    event->acceptProposedAction();
+    files_->openDropped(*file);
 }
 
 } // namespace marvek

@@ -8,19 +8,16 @@
 #include <QSize>
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 class QAction;
 class QLabel;
 class QMenu;
-class QStackedWidget;
 class QTabBar;
 
 namespace marvek {
@@ -46,13 +43,12 @@ class PanelDock;
 class SpecialsListPanel;
 class ViewMenu;
 class frmGoToCell;
-class RecentLevelsMenu;
-class SingleShotTimer;
 class UndoHistory;
 class LevelDocument;
+class LevelFileCommands;
+class LevelTabs;
 class LevelView;
 class PaletteStrip;
-class LevelLock;
 class TiledMapCommands;
 class clsLevel;
 struct CellRange;
@@ -68,9 +64,10 @@ struct MainDialogs {
     frmEditPalette& editPalette;
 };
 
-// The editor's main window: the menus, the panels, the status bar and a tab
-// for each open level, with the palette strip and the mode tabs beside them.
-// What belongs to one level lives in its document and view.
+// The editor's main window: the menus, the panels, the status bar and the
+// place of the level tabs, with the palette strip and the mode tabs beside
+// them. The open levels live in their tabs; the File menu's commands on
+// them in their own class.
 class frmMain : public QMainWindow {
     Q_OBJECT
 
@@ -92,24 +89,13 @@ public:
     bool useConfig(const std::filesystem::path& levelFile, const QString& configuration,
                    bool loadUnknown, QString* failure = nullptr);
 
-    // The tabs' documents and the one in front (null before the first load).
+    LevelTabs& tabs() const noexcept { return *tabs_; }
+    LevelFileCommands& files() const noexcept { return *files_; }
+    // The document and view in front (null before the first load).
     LevelDocument* currentDocument() const;
     LevelView* currentView() const;
-    int tabCount() const;
-    int currentTab() const;
-    void switchToTab(int index);
-    // Closes the tab after the closing question for its level; the last tab
-    // stays. True when it closed.
-    bool closeTab(int index);
-
     // The level in front, null before the first successful load.
     const OpenedLevel* openedLevel() const;
-    // Keeps the unsaved work of every open level after an unexpected error:
-    // the text to show, naming the files written, or empty.
-    QString keepUnsavedWork();
-    // The closing question for each modified level in turn; true when the
-    // window may close.
-    bool mayClose();
 
     // Editing state, read by tests and the status line.
     std::int32_t mode() const noexcept { return editing_.mode; }
@@ -158,25 +144,6 @@ public:
     void editRedo();
     HistoryPanel& historyPanel() const noexcept { return *historyPanel_; }
 
-    // The file commands, as the menu runs them. Each returns true when it
-    // went through (false: cancelled or failed, and the user was told).
-    bool fileOpen();
-    bool fileOpenInNewTab();
-    // A level file from outside (dropped on the window): a new tab, after
-    // the level dialog; its own tab when it is open already.
-    bool openLevelFile(const std::filesystem::path& file);
-    // File > Recent Levels: opens the entry with its configuration in a new
-    // tab, or drops it from the list, telling the user, when the file is gone.
-    bool openRecentLevel(std::size_t index);
-    // Reads the current tab's level again from its file, after asking when
-    // it has unsaved changes.
-    bool fileReload();
-    // The recovery copy's timer of the current level, and the timers of
-    // levels opened later; tests give scripted ones.
-    void setAutosaveTimer(std::unique_ptr<SingleShotTimer> timer);
-    void setAutosaveTimers(std::function<std::unique_ptr<SingleShotTimer>()> make);
-    bool fileSave();
-    bool fileSaveAs();
     void toolsOptions();
     void toolsGraphics();
     // The level as a picture; true when one was written.
@@ -212,52 +179,16 @@ private:
     void buildHistoryDock();
     void updateSelectionCommands();
     void toggleSpecialsInTilesMode();
-    // The lock a level about to open needs, in fresh (left empty when held
-    // is that level's); false when another editor holds it and the user
-    // chose not to open it read-only.
-    bool lockLevel(const std::filesystem::path& levelFile, const LevelLock* held,
-                   std::unique_ptr<LevelLock>& fresh, QString* failure);
-    // Says why a read-only level is not saved; false when it is not one.
-    bool refuseReadOnlySave(const LevelDocument& document);
-    // Save As writes only a file that no other tab or editor holds, and
-    // holds it from then on: fresh gets its lock (left empty when the
-    // document already holds it). False, after telling the user, otherwise.
-    bool lockSaveTarget(const LevelDocument& document, const std::filesystem::path& target,
-                        std::unique_ptr<LevelLock>& fresh);
 
     void loadOptions();
-    // Loads a level; null, failure set, when it does not load.
-    std::unique_ptr<OpenedLevel> loadLevel(const std::filesystem::path& levelFile,
-                                           const QString& configuration, bool loadUnknown,
-                                           QString* failure);
-    // A new tab for a level; false, after telling the user, when it fails.
-    bool openInNewTab(const std::filesystem::path& file, const QString& configuration,
-                      bool loadUnknown);
-    // After a file dialog: the configuration, then the level in a new tab.
-    bool openChosenInNewTab(const std::filesystem::path& file);
-    bool openChosenLevel(const std::filesystem::path& file);
-    // The tab holding that file, if any (ignoring case where the file system does).
-    std::optional<int> tabOf(const std::filesystem::path& file) const;
-    LevelDocument& addDocument(std::unique_ptr<OpenedLevel> opened, const QString& configuration);
+    // The window follows the level in front: its panels, commands and title.
+    void connectTabs();
     void documentShown();
-    void connectDocument(LevelDocument& document);
-    void updateTabTitle(LevelDocument& document);
-
-    // The desktop around the editor (frmMainDesktop.cpp): recent levels,
-    // dropped files, the recovery copy.
-    void buildDesktopSupport();
-    void rememberRecent(const std::filesystem::path& file, const QString& configuration);
-    void showRecentLevels();
-    void saveRecentLevels();
-    void offerRecovery(LevelDocument& document);
     // A level just opened: fresh editing state, views and panels follow.
     void showNewLevel();
-    void warnOfRepairs(const OpenedLevel& opened);
     void selectMode(int tabIndex);
     // What letting go of Shift or Ctrl does; menu commands start with it.
     void releaseModifiers();
-    bool saveIfModified(LevelDocument& document, const QString& question, bool* cancelled);
-    bool saveDocument(LevelDocument& document);
     void updateCommands();
     void showZoom();
 
@@ -281,11 +212,9 @@ private:
     EditingState editing_;
 
     QTabBar* tabMode_ = nullptr;
-    QTabBar* tabLevels_ = nullptr;
-    QStackedWidget* views_ = nullptr;
     PaletteStrip* palette_ = nullptr;
-    // One per tab, in the tabs' order.
-    std::vector<std::unique_ptr<LevelDocument>> documents_;
+    std::unique_ptr<LevelTabs> tabs_;
+    std::unique_ptr<LevelFileCommands> files_;
     QAction* itmEditUndo_ = nullptr;
     QAction* itmEditRedo_ = nullptr;
     QAction* itmEditCut_ = nullptr;
@@ -308,8 +237,6 @@ private:
     ViewMenu* viewMenu_ = nullptr;
     frmGoToCell* goToCell_ = nullptr;
     QLabel* lblViewRange_ = nullptr;
-    RecentLevelsMenu* mnuFileRecent_ = nullptr;
-    std::function<std::unique_ptr<SingleShotTimer>()> makeTimer_;
     std::unique_ptr<TiledMapCommands> tiledMaps_;
     TickClock tickClock_ = steadyTicks;
 };

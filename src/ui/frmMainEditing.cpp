@@ -39,7 +39,6 @@ constexpr ToolEntry toolEntries[] = {
 } // namespace
 
 void frmMain::buildEditing(QMenu& edit) {
-    tools_ = std::make_unique<ToolBox>(editing_);
     auto* replaceTile = new frmReplaceTile(this);
     edits_ = new EditCommands(
         shared_, editing_, {*replaceTile, dialogs_.editPalette, dialogs_.status},

@@ -10,6 +10,7 @@
 #include "io/FileError.h"
 #include "native/marvek.h"
 #include "ui/LevelDocument.h"
+#include "ui/LevelTabs.h"
 #include "ui/LevelView.h"
 #include "ui/OverviewPanel.h"
 #include "ui/PaletteStrip.h"
@@ -138,9 +139,7 @@ void frmMain::buildViewMenu() {
 
 void frmMain::toggleSpecialsInTilesMode() {
     editing_.specialsInTilesMode = !editing_.specialsInTilesMode;
-    for (int i = 0; i < views_->count(); ++i) {
-        qobject_cast<LevelView*>(views_->widget(i))->followMode();
-    }
+    tabs_->followMode();
     shared_.settings.WriteSetting(settingKey::specialsInTilesMode,
                                   editing_.specialsInTilesMode ? 1 : 0, false);
     try {

@@ -15,6 +15,8 @@
 #include "support/scripted.h"
 #include "ui/EditorWindows.h"
 #include "ui/LevelDocument.h"
+#include "ui/LevelFileCommands.h"
+#include "ui/LevelTabs.h"
 #include "ui/LevelView.h"
 #include "ui/frmMain.h"
 

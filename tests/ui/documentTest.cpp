@@ -1,6 +1,7 @@
 #include "EditorFixture.h"
 
 #include "app/autosave.h"
+#include "data/cellRange.h"
 #include "support/world.h"
 
 namespace marvek::test {
@@ -87,6 +88,92 @@ TEST(LevelDocument, ModifiedFollowsTheStepTheFileHolds) {
     document->undo();
     EXPECT_TRUE(document->modified());
     EXPECT_FALSE(document->undo());
+}
+
+// Collects what a document signals, and fails on any range that misses a
+// changed cell.
+class Listener {
+public:
+    explicit Listener(LevelDocument& document) {
+        QObject::connect(&document, &LevelDocument::cellsChanged,
+                         [this](const CellRange& range) { ranges.push_back(range); });
+        document.setRangeFault([](const std::string& step) {
+            ADD_FAILURE() << "\"" << step << "\" signalled too few cells";
+        });
+    }
+
+    std::vector<CellRange> ranges;
+};
+
+void setCell(LevelDocument& document, bool first, std::int32_t x, std::int32_t y, Cell cell) {
+    const auto change = [=](clsLevel& level) { level.cellAt(x, y) = cell; };
+    if (first) {
+        document.edit("Paint", {x, y, x, y}, change, true);
+    } else {
+        document.continueEdit({x, y, x, y}, change);
+    }
+}
+
+TEST(LevelDocument, UndoRedoAndHistoryJumpsSignalTheCellsThatDiffer) {
+    auto document = documentOf(sampleLevel(300, 84));
+    Listener listener(*document);
+    const std::vector<Cell> opened(document->level().cells().begin(),
+                                   document->level().cells().end());
+    // A fill that names more cells than it changes, then a stroke over blocks.
+    document->edit("Fill", {0, 0, 99, 50},
+                   [](clsLevel& level) { level.cellAt(20, 21).tile = 1000; });
+    setCell(*document, true, 40, 12, {1001, 0, 0});
+    setCell(*document, false, 299, 83, {1002, 0, 0});
+    setCell(*document, false, 70, 5, {1003, 0, 0});
+    const std::vector<Cell> edited(document->level().cells().begin(),
+                                   document->level().cells().end());
+
+    std::vector<Cell> before = edited;
+    ASSERT_TRUE(document->undo());
+    EXPECT_EQ(listener.ranges.back(), (CellRange{40, 5, 299, 83}));
+    EXPECT_EQ(listener.ranges.back(), changedCells(before, document->level()));
+    ASSERT_TRUE(document->undo());
+    EXPECT_EQ(listener.ranges.back(), (CellRange{20, 21, 20, 21})) << "not the range it named";
+    EXPECT_EQ(changedCells(opened, document->level()), std::nullopt);
+
+    const std::size_t told = listener.ranges.size();
+    document->goToEntry(2);
+    EXPECT_EQ(listener.ranges.size(), told + 1) << "one signal for the whole jump";
+    EXPECT_EQ(listener.ranges.back(), changedCells(opened, document->level()));
+    EXPECT_EQ(changedCells(edited, document->level()), std::nullopt);
+    document->goToEntry(1);
+    EXPECT_EQ(listener.ranges.back(), (CellRange{40, 5, 299, 83}));
+    ASSERT_TRUE(document->redo());
+    EXPECT_EQ(changedCells(edited, document->level()), std::nullopt);
+
+    // A step that changed nothing signals nothing when taken back.
+    document->edit("Paint", {1, 1, 1, 1}, [](clsLevel& /*level*/) {});
+    const std::size_t quiet = listener.ranges.size();
+    ASSERT_TRUE(document->undo());
+    EXPECT_EQ(listener.ranges.size(), quiet);
+}
+
+TEST(LevelDocument, AStrokeIsNamedByWhatItDidToTheSpecialsBeforeIt) {
+    clsLevel level = sampleLevel(300, 84);
+    level.cellAt(10, 10).special = 5;
+    level.cellAt(50, 40).special = 63;
+    level.cellAt(11, 10).special = 0;
+    auto document = documentOf(std::move(level));
+    Listener listener(*document);
+
+    setCell(*document, true, 10, 10, {1, 7, 0});
+    EXPECT_EQ(document->history().nextUndo(), "Paint, 1 special replaced");
+    setCell(*document, false, 10, 10, {1, 9, 0});
+    setCell(*document, false, 11, 10, {1, 9, 0});
+    EXPECT_EQ(document->history().nextUndo(), "Paint, 1 special replaced")
+        << "a cell painted twice counts once; an empty one not at all";
+    setCell(*document, false, 50, 40, {1, 0, 0});
+    setCell(*document, false, 10, 10, {1, 5, 0});
+    EXPECT_EQ(document->history().nextUndo(), "Paint, 1 special removed")
+        << "the first cell is back as it was";
+    ASSERT_TRUE(document->undo());
+    EXPECT_EQ(document->level().cellAt(50, 40).special, 63);
+    EXPECT_EQ(document->history().nextRedo(), "Paint, 1 special removed");
 }
 
 } // namespace

@@ -262,7 +262,7 @@ TEST_F(EditingTools, CutCellsTravelToAnotherLevelWithTheirSpecials) {
     messages_->answers = {messageAnswer::no};
     dialogs_->fileAnswers = {{toQString(dataFolder() / "L1MA2")}};
     whenModal([](QWidget& dialog) { dialog.findChild<QPushButton*>("cmdOk")->click(); });
-    ASSERT_TRUE(window_->fileOpen());
+    ASSERT_TRUE(window_->files().open());
     ASSERT_EQ(window_->windowTitle(), "Marvek - L1MA2[*]");
     window_->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window_));

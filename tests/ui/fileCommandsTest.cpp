@@ -167,7 +167,7 @@ TEST_F(FileCommands, OpenAsksAboutChangesAndHonoursEachAnswer) {
     // Cancel: nothing is asked for and nothing changes.
     paintCorner(window, 9);
     messages_->answers = {messageAnswer::cancel};
-    EXPECT_FALSE(window.fileOpen());
+    EXPECT_FALSE(window.files().open());
     EXPECT_TRUE(dialogs_->fileRequests.empty());
     EXPECT_EQ(window.openedLevel()->level.cellAt(0, 0).tile, 9);
 
@@ -175,7 +175,7 @@ TEST_F(FileCommands, OpenAsksAboutChangesAndHonoursEachAnswer) {
     messages_->answers = {messageAnswer::no};
     dialogs_->fileAnswers = {{toQString(second)}};
     whenModal(clickOkOnOpenLevel);
-    EXPECT_TRUE(window.fileOpen());
+    EXPECT_TRUE(window.files().open());
     EXPECT_EQ(messages_->shown.back().text,
               "The level has been modified since you last saved it. Do you want to save it first "
               "before loading another?");
@@ -192,7 +192,7 @@ TEST_F(FileCommands, OpenAsksAboutChangesAndHonoursEachAnswer) {
     messages_->answers = {messageAnswer::yes};
     dialogs_->fileAnswers = {{toQString(dataFolder() / "L1MA1")}};
     whenModal(clickOkOnOpenLevel);
-    EXPECT_TRUE(window.fileOpen());
+    EXPECT_TRUE(window.files().open());
     EXPECT_EQ(window.windowTitle(), "Marvek - L1MA1[*]");
     clsLevel reread;
     clsPalette palette;
@@ -209,7 +209,7 @@ TEST_F(FileCommands, AFailedOpenKeepsTheLevelItsEditsAndItsHistory) {
     const fs::path notALevel = dataFolder() / "MPIC";
     dialogs_->fileAnswers = {{toQString(notALevel)}};
     whenModal(clickOkOnOpenLevel);
-    EXPECT_FALSE(window.fileOpen());
+    EXPECT_FALSE(window.files().open());
     ASSERT_FALSE(messages_->shown.empty());
     EXPECT_TRUE(messages_->shown.back().text.contains(toQString(notALevel)))
         << messages_->shown.back().text.toStdString();
@@ -290,7 +290,7 @@ clsLevel levelIn(const fs::path& file) {
 
 TEST_F(FileCommands, AnUnexpectedErrorKeepsTheUnsavedLevelShowsItAndEndsTheProgram) {
     frmMain& window = startEditor();
-    EXPECT_TRUE(window.keepUnsavedWork().isEmpty()) << "nothing to keep";
+    EXPECT_TRUE(window.files().keepUnsavedWork().isEmpty()) << "nothing to keep";
     paintCorner(window, 6);
     const auto original = readBytes(dataFolder() / "L1MA1");
 
@@ -365,7 +365,7 @@ TEST_F(FileCommands, TheStatusWindowNeverShowsAnEmptyLine) {
     messages_->answers = {messageAnswer::no};
     dialogs_->fileAnswers = {{toQString(dataFolder() / "L1MA2")}};
     whenModal(clickOkOnOpenLevel);
-    EXPECT_TRUE(window.fileOpen());
+    EXPECT_TRUE(window.files().open());
     windows_->status()->removeEventFilter(&filter);
     EXPECT_EQ(shownFirst, QStringList{"Loading level data"});
 }

@@ -356,8 +356,8 @@ TEST_F(MainWindow, MenusTitlesAndButtonsSpeakWithOneVoiceAndTheWindowHasAnIcon) 
     }
 
     // The file dialogs of the main window, each cancelled.
-    window.fileOpen();
-    window.fileSaveAs();
+    window.files().open();
+    window.files().saveAs();
     window.fileExportBitmap();
     ASSERT_EQ(dialogs_->fileRequests.size(), 3U);
     for (const auto& request : dialogs_->fileRequests) {

@@ -396,7 +396,7 @@ TEST_F(MouseEditing, TheSavedFileHoldsWhatTheMouseDrew) {
     QTest::keyClick(window_, Qt::Key_S);
     selectSpecial(4);
     drag({}, cell(3, 3), cell(5, 3));
-    ASSERT_TRUE(window_->fileSave());
+    ASSERT_TRUE(window_->files().save());
     EXPECT_FALSE(window_->isWindowModified());
     const OpenedLevel saved = openLevel({appFolder(), dataFolder(), "L1MA1", "world1", false});
     std::vector<std::uint8_t> bytes(saved.level.cellBytes());

@@ -93,7 +93,7 @@ protected:
         frmMain& window = startEditor();
         auto timer = std::make_unique<HandTimer>();
         timer_ = timer.get();
-        window.setAutosaveTimer(std::move(timer));
+        window.currentDocument()->setAutosaveTimer(std::move(timer));
         return window;
     }
 
@@ -125,7 +125,7 @@ TEST_F(Recovery, UnsavedWorkIsKeptAfterTheTimerAndGoesOnSaveOrDiscard) {
     EXPECT_EQ(readLevel(copy()).level.cellAt(0, 0).tile, 8);
     EXPECT_NE(readLevel(level()).level.cellAt(0, 0).tile, 8) << "never over the level";
 
-    EXPECT_TRUE(window.fileSave());
+    EXPECT_TRUE(window.files().save());
     EXPECT_FALSE(fs::exists(copy()));
     EXPECT_FALSE(timer_->active);
 
@@ -173,16 +173,16 @@ TEST_F(Recovery, WorkNotSavedStaysKeptUntilAnotherLevelReallyReplacesIt) {
     dialogs_->fileAnswers = {{toQString(damaged)}};
     messages_->answers = {messageAnswer::no};
     whenModal(clickOk);
-    EXPECT_FALSE(window.fileOpen());
+    EXPECT_FALSE(window.files().open());
     messages_->answers = {messageAnswer::no};
-    EXPECT_FALSE(window.fileOpen());
+    EXPECT_FALSE(window.files().open());
     EXPECT_TRUE(window.openedLevel()->level.modified);
     EXPECT_TRUE(fs::exists(copy()));
 
     dialogs_->fileAnswers = {{toQString(dataFolder() / "L1MA2")}};
     messages_->answers = {messageAnswer::no};
     whenModal(clickOk);
-    ASSERT_TRUE(window.fileOpen());
+    ASSERT_TRUE(window.files().open());
     EXPECT_EQ(window.windowTitle(), "Marvek - L1MA2[*]");
     EXPECT_FALSE(fs::exists(copy())) << "given up once another level replaced it";
 }
@@ -194,7 +194,7 @@ TEST_F(Recovery, SaveAsTakesTheCopyOffTheFormerFile) {
     ASSERT_TRUE(fs::exists(copy()));
     const fs::path other = dataFolder() / "L1MA8";
     dialogs_->fileAnswers = {{toQString(other)}};
-    ASSERT_TRUE(window.fileSaveAs());
+    ASSERT_TRUE(window.files().saveAs());
     EXPECT_FALSE(fs::exists(copy())) << "the work it held is saved";
     EXPECT_EQ(readLevel(other).level.cellAt(0, 0).tile, 9);
 
@@ -204,10 +204,10 @@ TEST_F(Recovery, SaveAsTakesTheCopyOffTheFormerFile) {
     dialogs_->fileAnswers = {{toQString(level())}};
     messages_->answers = {messageAnswer::no};
     whenModal(clickOk);
-    ASSERT_TRUE(window.fileOpen());
+    ASSERT_TRUE(window.files().open());
     ASSERT_EQ(messages_->shown.size(), 1U) << "the copy was offered";
     dialogs_->fileAnswers = {{toQString(other)}};
-    ASSERT_TRUE(window.fileSaveAs());
+    ASSERT_TRUE(window.files().saveAs());
     EXPECT_TRUE(fs::exists(copy()));
 }
 
@@ -258,13 +258,13 @@ TEST_F(Recovery, ALevelAnotherEditorHoldsOpensReadOnlyAndLeavesItsCopyAlone) {
     EXPECT_TRUE(window.windowTitle().contains("(read-only)"));
 
     paintCorner(window, 5);
-    EXPECT_FALSE(window.fileSave());
-    EXPECT_FALSE(window.fileSaveAs());
+    EXPECT_FALSE(window.files().save());
+    EXPECT_FALSE(window.files().saveAs());
     EXPECT_TRUE(dialogs_->fileRequests.empty());
     ASSERT_EQ(messages_->shown.size(), 3U);
     EXPECT_TRUE(messages_->shown[1].text.contains("read-only"));
     timer_->fire();
-    EXPECT_TRUE(window.keepUnsavedWork().contains("not kept"));
+    EXPECT_TRUE(window.files().keepUnsavedWork().contains("not kept"));
     messages_->answers = {messageAnswer::no};
     EXPECT_TRUE(window.close());
     EXPECT_EQ(readBytes(level()), saved);
@@ -281,7 +281,7 @@ TEST_F(Recovery, DecliningALevelAnotherEditorHoldsKeepsTheOpenOne) {
     dialogs_->fileAnswers = {{toQString(second)}};
     messages_->answers = {messageAnswer::no};
     answerModals({clickOk});
-    EXPECT_FALSE(window.fileOpen());
+    EXPECT_FALSE(window.files().open());
     ASSERT_EQ(messages_->shown.size(), 2U);
     EXPECT_TRUE(messages_->shown[1].text.contains("left to that editor"));
     EXPECT_EQ(window.openedLevel()->level.fileName, level().string());
@@ -299,7 +299,7 @@ TEST_F(Recovery, SaveAsHoldsTheNewFileAndLeavesAFileAnotherEditorHolds) {
     {
         const LevelLock other(theirs);
         dialogs_->fileAnswers = {{toQString(theirs)}};
-        EXPECT_FALSE(window.fileSaveAs());
+        EXPECT_FALSE(window.files().saveAs());
         ASSERT_EQ(messages_->shown.size(), 1U);
         EXPECT_TRUE(messages_->shown[0].text.contains("L1MA2 is open in another editor"));
         EXPECT_EQ(readBytes(theirs), theirBytes);
@@ -309,7 +309,7 @@ TEST_F(Recovery, SaveAsHoldsTheNewFileAndLeavesAFileAnotherEditorHolds) {
 
     const fs::path mine = dataFolder() / "L1MA9";
     dialogs_->fileAnswers = {{toQString(mine)}};
-    ASSERT_TRUE(window.fileSaveAs());
+    ASSERT_TRUE(window.files().saveAs());
     EXPECT_FALSE(LevelLock(mine).held()) << "the new file is held from the save on";
     EXPECT_TRUE(LevelLock(level()).held()) << "the former file is let go";
 }
@@ -344,7 +344,7 @@ TEST_F(Recovery, ANewerCopyIsOfferedAndYesGivesBackItsCellsAndPalette) {
     EXPECT_TRUE(window.isWindowModified());
 
     // Saving makes it the level and the copy goes.
-    ASSERT_TRUE(window.fileSave());
+    ASSERT_TRUE(window.files().save());
     EXPECT_FALSE(fs::exists(copy()));
     EXPECT_EQ(readLevel(level()).level.cellAt(0, 0).tile, 13);
 }
@@ -404,7 +404,7 @@ TEST_F(RecentLevelsMenu, OpenedLevelsAreListedLatestFirstAndChosenAgain) {
     for (const char* name : {"L1MA2", "L1MA1", "L1MA2"}) {
         dialogs_->fileAnswers = {{toQString(dataFolder() / name)}};
         whenModal(clickOk);
-        ASSERT_TRUE(window.fileOpen());
+        ASSERT_TRUE(window.files().open());
     }
     EXPECT_EQ(captions(recentMenu(window)),
               (QStringList{"&1 L1MA2 (world1)", "&2 L1MA1 (world1)"}));
@@ -435,13 +435,13 @@ TEST_F(RecentLevelsMenu, ALevelThatIsGoneIsTakenOffWithAMessage) {
     for (const fs::path& file : {dataFolder() / "L1MA1", gone}) {
         dialogs_->fileAnswers = {{toQString(file)}};
         whenModal(clickOk);
-        ASSERT_TRUE(window.fileOpen());
+        ASSERT_TRUE(window.files().open());
     }
     EXPECT_EQ(recentMenu(window).actions().size(), 2);
     fs::remove(gone);
     paintCorner(window, 3);
 
-    EXPECT_FALSE(window.openRecentLevel(0));
+    EXPECT_FALSE(window.files().openRecent(0));
     ASSERT_EQ(messages_->shown.size(), 1U) << "nothing asked about the changes first";
     EXPECT_EQ(messages_->shown[0].text,
               toQString(gone) + " no longer exists, so it was taken off the recent levels.");
@@ -472,14 +472,14 @@ TEST_F(RecentLevelsMenu, ADroppedLevelOpensInANewTabOrBringsItsOpenTabForward) {
     });
     dropOn(window, dataFolder() / "L1MA2");
     EXPECT_EQ(window.windowTitle(), "Marvek - L1MA2[*]");
-    EXPECT_EQ(window.tabCount(), 2);
+    EXPECT_EQ(window.tabs().count(), 2);
     EXPECT_TRUE(messages_->shown.empty());
     EXPECT_EQ(recentMenu(window).actions().size(), 1);
 
     // The open level, even named in other capitals, only comes forward.
     dropOn(window, dataFolder() / "l1ma1");
-    EXPECT_EQ(window.tabCount(), 2);
-    EXPECT_EQ(window.currentTab(), 0);
+    EXPECT_EQ(window.tabs().count(), 2);
+    EXPECT_EQ(window.tabs().currentIndex(), 0);
     EXPECT_EQ(window.windowTitle(), "Marvek - L1MA1[*]");
     EXPECT_TRUE(window.isWindowModified()) << "its edits are still there";
 

@@ -55,7 +55,7 @@ TEST_F(Tabs, LevelsOpenSideBySideWithTheirOwnHistoryAndTheKeysSwitchBetweenThem)
     const std::int16_t first = corner(*window.currentDocument());
     paint(window, 11);
     openInNewTab(window, "L1MA2");
-    ASSERT_EQ(window.tabCount(), 2);
+    ASSERT_EQ(window.tabs().count(), 2);
     EXPECT_TRUE(messages_->shown.empty()) << "the first level stays as it is, unasked";
     EXPECT_EQ(window.windowTitle(), "Marvek - L1MA2[*]");
     EXPECT_FALSE(window.isWindowModified());
@@ -66,22 +66,22 @@ TEST_F(Tabs, LevelsOpenSideBySideWithTheirOwnHistoryAndTheKeysSwitchBetweenThem)
     EXPECT_TRUE(window.history().nextUndo().empty());
 
     QTest::keyClick(&window, Qt::Key_Tab, Qt::ControlModifier);
-    EXPECT_EQ(window.currentTab(), 0);
+    EXPECT_EQ(window.tabs().currentIndex(), 0);
     EXPECT_EQ(window.windowTitle(), "Marvek - L1MA1[*]");
     EXPECT_EQ(corner(*window.currentDocument()), 11) << "undo in the other tab left it alone";
     EXPECT_EQ(window.history().nextUndo(), "Paint");
     QTest::keyClick(&window, Qt::Key_PageDown, Qt::ControlModifier);
-    EXPECT_EQ(window.currentTab(), 1);
+    EXPECT_EQ(window.tabs().currentIndex(), 1);
     QTest::keyClick(&window, Qt::Key_PageUp, Qt::ControlModifier);
-    EXPECT_EQ(window.currentTab(), 0);
+    EXPECT_EQ(window.tabs().currentIndex(), 0);
     window.editUndo();
     EXPECT_EQ(corner(*window.currentDocument()), first);
 
     // The same file again only brings its tab forward.
     dialogs_->fileAnswers = {{toQString(dataFolder() / "L1MA2")}};
     child<QAction>(window, "itmFileOpenInNewTab").trigger();
-    EXPECT_EQ(window.tabCount(), 2);
-    EXPECT_EQ(window.currentTab(), 1);
+    EXPECT_EQ(window.tabs().count(), 2);
+    EXPECT_EQ(window.tabs().currentIndex(), 1);
 }
 
 TEST_F(Tabs, ClosingATabAsksForItsLevelAndTheLastTabStays) {
@@ -90,7 +90,7 @@ TEST_F(Tabs, ClosingATabAsksForItsLevelAndTheLastTabStays) {
     paint(window, 13);
     messages_->answers = {messageAnswer::cancel};
     QTest::keyClick(&window, Qt::Key_W, Qt::ControlModifier);
-    EXPECT_EQ(window.tabCount(), 2);
+    EXPECT_EQ(window.tabs().count(), 2);
     ASSERT_EQ(messages_->shown.size(), 1U);
     EXPECT_EQ(messages_->shown[0].text, closingQuestion);
 
@@ -98,18 +98,18 @@ TEST_F(Tabs, ClosingATabAsksForItsLevelAndTheLastTabStays) {
     writeBytes(dataFolder() / "L1MA2.recovered", readBytes(dataFolder() / "L1MA2"));
     messages_->answers = {messageAnswer::no};
     QTest::keyClick(&window, Qt::Key_W, Qt::ControlModifier);
-    EXPECT_EQ(window.tabCount(), 1);
+    EXPECT_EQ(window.tabs().count(), 1);
     EXPECT_EQ(window.windowTitle(), "Marvek - L1MA1[*]");
     EXPECT_FALSE(fs::exists(dataFolder() / "L1MA2.recovered"));
 
     QTest::keyClick(&window, Qt::Key_W, Qt::ControlModifier);
-    EXPECT_EQ(window.tabCount(), 1) << "the last tab stays";
+    EXPECT_EQ(window.tabs().count(), 1) << "the last tab stays";
 
     // A middle click closes the tab under it.
     openInNewTab(window, "L1MA2");
     auto& bar = child<QTabBar>(window, "tabLevels");
     QTest::mouseClick(&bar, Qt::MiddleButton, {}, bar.tabRect(0).center());
-    EXPECT_EQ(window.tabCount(), 1);
+    EXPECT_EQ(window.tabs().count(), 1);
     EXPECT_EQ(window.windowTitle(), "Marvek - L1MA2[*]");
 }
 
@@ -176,19 +176,19 @@ TEST_F(Tabs, AFileChangedOnDiskIsNoticedAndSaveAsksBeforeOverwritingIt) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return tabText(window, 0).contains("changed on disk"); }));
 
     messages_->answers = {messageAnswer::no};
-    EXPECT_FALSE(window.fileSave());
+    EXPECT_FALSE(window.files().save());
     ASSERT_EQ(messages_->shown.size(), 1U);
     EXPECT_TRUE(messages_->shown[0].text.contains("changed by another program"));
     EXPECT_EQ(readBytes(file), bytes);
 
     // Reload asks first when there are unsaved changes, then reads the file.
     messages_->answers = {messageAnswer::yes};
-    EXPECT_TRUE(window.fileReload());
+    EXPECT_TRUE(window.files().reload());
     EXPECT_FALSE(window.isWindowModified());
     EXPECT_EQ(tabText(window, 0), "L1MA1");
     paint(window, 18);
     messages_->answers = {};
-    EXPECT_TRUE(window.fileSave()) << "no question for a file this editor read last";
+    EXPECT_TRUE(window.files().save()) << "no question for a file this editor read last";
 }
 
 TEST_F(Tabs, ZoomKeepsTheCellUnderThePointerOrTheViewsCentre) {
