@@ -22,8 +22,8 @@ public:
     // The tool that takes a left press with this modifier mask (compared
     // whole: Shift alone, Ctrl alone); dragging: another drag is on.
     LevelTool& forPress(int shift, bool dragging);
-    // The number the mouse table gives a drag of the tool: 4 copying, 6
-    // filling, 3 any chosen tool's.
+    // The number the window's dragState() reports for a drag of the tool:
+    // 4 copying, 6 filling, 3 any chosen tool's.
     std::int32_t dragNumber(const LevelTool& tool) const;
 
 private:
