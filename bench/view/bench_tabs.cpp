@@ -7,9 +7,8 @@
 #include "tool/benchTiming.h"
 #include "ui/EditingState.h"
 #include "ui/LevelDocument.h"
-#include "ui/LevelTool.h"
 #include "ui/LevelView.h"
-#include "ui/SelectTool.h"
+#include "ui/ToolBox.h"
 
 #include <QApplication>
 #include <QStackedWidget>
@@ -66,11 +65,9 @@ void printFigure(const char* name, double ours, double reference) {
 
 class Bench {
 public:
-    Bench()
-        : shared_(MARVEK_APP_DIR, nullptr, nullptr), services_{shared_, editing_,
-                                                               [this]() -> LevelTool& {
-                                                                   return select_;
-                                                               }} {
+    Bench() : shared_(MARVEK_APP_DIR, nullptr, nullptr), services_{shared_, editing_, tools_} {
+        // The Select tool draws nothing over the level.
+        editing_.tool = EditTool::select;
         stack_.resize(viewWidth + 20, viewHeight + 20);
         stack_.show();
     }
@@ -146,7 +143,7 @@ public:
 private:
     SharedObjects shared_;
     EditingState editing_;
-    SelectTool select_;
+    ToolBox tools_{editing_};
     ViewServices services_;
     QStackedWidget stack_;
     std::vector<std::unique_ptr<LevelDocument>> documents_;

@@ -32,4 +32,35 @@ void EditingState::resetFor(const clsSpecialSet& set) {
     }
 }
 
+void EditingState::useTiles(TileGrid tiles) {
+    brush = std::move(tiles);
+    brushCells.reset();
+    paletteSelectionVisible = false;
+}
+
+void EditingState::useCells(CellBlock cells) {
+    useTiles(cells.tiles());
+    brushCells = std::move(cells);
+}
+
+void EditingState::pickSpecial(const clsSpecialSet& set, std::int32_t id) {
+    specialsBrush.reset();
+    if (set.getSpecialLUT(id) != nullptr) {
+        specialId = id;
+    } else if (set.count() > 0) {
+        specialId = set.getSpecial(0).Id;
+    }
+}
+
+std::optional<std::int32_t> EditingState::chosenTile() const {
+    const clsRectangle& chosen = paletteSelection;
+    const bool startingBrush = paletteSelectionVisible && chosen.left == 0 && chosen.top == 0 &&
+                               chosen.width == 0 && chosen.height == 0 && brush.width() == 1 &&
+                               brush.height() == 1 && brush.at(0, 0) == 1;
+    if (brush.empty() || startingBrush) {
+        return std::nullopt;
+    }
+    return brush.at(0, 0);
+}
+
 } // namespace marvek

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace marvek {
 
@@ -57,6 +58,17 @@ struct EditingState {
     }
     // The brush back to tile 1 and the first special of the set.
     void resetFor(const clsSpecialSet& set);
+    // A brush of tiles, copied or pasted: no longer the palette's.
+    void useTiles(TileGrid tiles);
+    // A brush of pasted cells that stamps their specials too.
+    void useCells(CellBlock cells);
+    // In Specials mode, pasted cells whose specials alone the brush puts down.
+    void useSpecials(CellBlock cells) { specialsBrush = std::move(cells); }
+    // Chooses the special of this ID, or the set's first when the set lacks it.
+    void pickSpecial(const clsSpecialSet& set, std::int32_t id);
+    // The brush's first tile, unless the brush is still the one a level opens
+    // with (tile 1, the palette's corner chosen): nobody chose that one.
+    std::optional<std::int32_t> chosenTile() const;
 };
 
 } // namespace marvek

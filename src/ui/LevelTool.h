@@ -2,6 +2,7 @@
 
 #include "data/CellBlock.h"
 #include "data/TileGrid.h"
+#include "data/cellArea.h"
 #include "data/cellRange.h"
 #include "data/clsRenderOptions.h"
 #include "graphics/clsRectangle.h"
@@ -53,12 +54,12 @@ struct ToolContext {
     std::function<void(const CellRange&, const LevelChange&)> continueEdit;
     // The level's cell selection, or none.
     std::function<void(std::optional<clsRectangle>)> select;
+    // The brush becomes these tiles, copied from the level.
+    std::function<void(TileGrid)> useTiles;
+    // The special of this ID becomes the chosen one (the set's first when
+    // the set lacks it).
+    std::function<void(std::int32_t)> pickSpecial;
 };
-
-// The cells of a normalised rectangle.
-inline CellRange rangeOf(const clsRectangle& area) {
-    return {area.left, area.top, area.left + area.width, area.top + area.height};
-}
 
 // What a tool draws over the level view while the pointer rests on it.
 struct ToolPreview {
@@ -76,9 +77,10 @@ struct ToolPreview {
     const clsSpecial* selectedSpecial;
 };
 
-// An editing tool of the level view. The view keeps the gestures that work
-// with every tool (scrolling, Shift-copy, Ctrl-fill, Shift-pick) and hands a
-// tool the rest of the left button's work.
+// An editing tool of the level view: the one chosen in the Tools menu, or
+// the one a modifier key calls up whatever the chosen tool (Shift-copy,
+// Ctrl-fill). The view turns the left button's events into cells for it; a
+// drag's state is the tool's own.
 class LevelTool {
 public:
     LevelTool() = default;
@@ -96,7 +98,15 @@ public:
     virtual void drag(ToolContext& context) = 0;
     // The left button let go at the end of that drag.
     virtual void release(ToolContext& /*context*/) {}
-    virtual void preview(const ToolPreview& view) const = 0;
+    // The drag ends without its release (another mode, tab or tool).
+    virtual void cancel() {}
+    // True for a drag that Shift or Ctrl began: letting go of the key does
+    // not drop it, and its release lets go of the key's hold.
+    virtual bool ownsModifiers() const { return false; }
+    // The rectangle the drag outlines, in its own colour; null when none.
+    virtual const clsRectangle* draggedArea() const { return nullptr; }
+    // Drawn while the pointer rests on the level and no modifier is held.
+    virtual void preview(const ToolPreview& /*view*/) const {}
 };
 
 } // namespace marvek

@@ -10,6 +10,7 @@
 #include "ui/LevelDocument.h"
 #include "ui/LevelTool.h"
 #include "ui/PictureBox.h"
+#include "ui/ToolBox.h"
 
 #include <QScrollBar>
 #include <QTimer>
@@ -163,10 +164,6 @@ clsRenderOptions LevelView::renderOptions() const {
     return {services_.shared.editorFont, services_.editing.alphaBlending};
 }
 
-LevelTool& LevelView::activeTool() const {
-    return services_.activeTool();
-}
-
 void LevelView::redraw() {
     redrawPending_ = false;
     if (!buffer_.isUsable()) {
@@ -200,7 +197,7 @@ void LevelView::drawMarks() {
     const EditingState& editing = services_.editing;
     if (!modifiersHeld_ && pointerOver_) {
         const clsRenderOptions options = renderOptions();
-        activeTool().preview(ToolPreview{
+        services_.tools.chosen().preview(ToolPreview{
             level,
             buffer_,
             camera_,
@@ -218,8 +215,8 @@ void LevelView::drawMarks() {
     if (const auto& area = document_.selection()) {
         renderDashedFrame(buffer_, camera_, level.tileSpacing, *area);
     }
-    if (gestureAreaVisible_) {
-        level.renderTileRect(buffer_, camera_, gestureArea_, editing.alphaBlending);
+    if (const clsRectangle* area = draggedArea()) {
+        level.renderTileRect(buffer_, camera_, *area, editing.alphaBlending);
     }
     if (highlighted_) {
         drawCellFrame(buffer_, camera_, level.tileSpacing, highlighted_->x(), highlighted_->y(),
@@ -310,7 +307,7 @@ void LevelView::followMode() {
         // Seen, so that what painting does to them is seen too.
         renderFlags_ |= renderFlags::specials | renderFlags::faintSpecials;
     }
-    gesture_ = Gesture::none;
+    endDrag();
     modifiersHeld_ = false;
     scheduleRedraw();
 }
@@ -336,22 +333,42 @@ void LevelView::highlight(QPoint cell) {
     centreOn(cell.x(), cell.y());
 }
 
+const clsRectangle* LevelView::draggedArea() const {
+    return dragTool_ != nullptr ? dragTool_->draggedArea() : nullptr;
+}
+
 void LevelView::holdModifiers() {
-    if (gesture_ == Gesture::none) {
+    if (!dragging()) {
         modifiersHeld_ = true;
         scheduleRedraw();
     }
 }
 
-void LevelView::releaseModifiers() {
-    modifiersHeld_ = false;
-    cancelGesture();
+void LevelView::modifierReleased() {
+    if (dragTool_ == nullptr || !dragTool_->ownsModifiers()) {
+        releaseModifiers();
+    }
 }
 
-void LevelView::cancelGesture() {
-    gestureAreaVisible_ = false;
-    gesture_ = Gesture::none;
+void LevelView::releaseModifiers() {
+    modifiersHeld_ = false;
+    endDrag();
     scheduleRedraw();
+}
+
+void LevelView::cancelDragOf(const LevelTool& tool) {
+    if (dragTool_ == &tool) {
+        endDrag();
+        scheduleRedraw();
+    }
+}
+
+void LevelView::endDrag() {
+    if (dragTool_ != nullptr) {
+        dragTool_->cancel();
+        dragTool_ = nullptr;
+    }
+    scrolling_ = false;
 }
 
 } // namespace marvek

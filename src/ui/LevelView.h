@@ -22,7 +22,7 @@ struct SharedObjects;
 struct EditingState;
 class LevelDocument;
 class LevelTool;
-class SelectTool;
+class ToolBox;
 class PictureBox;
 struct ToolContext;
 enum class ViewStep;
@@ -32,13 +32,14 @@ enum class ViewStep;
 struct ViewServices {
     SharedObjects& shared;
     EditingState& editing;
-    std::function<LevelTool&()> activeTool;
+    ToolBox& tools;
 };
 
 // One document's view: the picture of the level with its scroll bars, its
-// own camera, zoom, grid and view toggles. It turns pointer events into
-// cells for the current tool and redraws once per event-loop turn after
-// whatever its document says changed. Only a shown view keeps a back buffer.
+// own camera, zoom, grid and view toggles. It turns the left button's events
+// into cells for the tool that takes them, scrolls and pans with the other
+// buttons, and redraws once per event-loop turn after whatever its document
+// says changed. Only a shown view keeps a back buffer.
 class LevelView : public QWidget {
     Q_OBJECT
 
@@ -47,9 +48,6 @@ public:
     static constexpr int zoomSteps[] = {25, 50, 100, 200, 300, 400};
     static constexpr int usualZoom = 200;
 
-    // What the left or right button is doing, if anything.
-    enum class Gesture { none = 0, scrolling = 1, toolDrag = 3, copying = 4, filling = 6 };
-
     LevelView(LevelDocument& document, ViewServices services, QWidget* parent = nullptr);
     ~LevelView() override;
 
@@ -57,11 +55,14 @@ public:
     const clsCamera& camera() const noexcept { return camera_; }
     std::int32_t renderFlags() const noexcept { return renderFlags_; }
     int zoom() const noexcept { return zoom_; }
-    Gesture gesture() const noexcept { return gesture_; }
+    // A drag of the left or the right button is on: the left one's is its
+    // tool's, the right one's scrolls.
+    bool dragging() const noexcept { return scrolling_ || dragTool_ != nullptr; }
+    bool scrolling() const noexcept { return scrolling_; }
+    const LevelTool* dragTool() const noexcept { return dragTool_; }
     bool modifiersHeld() const noexcept { return modifiersHeld_; }
-    // The Shift-copy or Ctrl-fill rectangle while it is dragged.
-    const clsRectangle& gestureArea() const noexcept { return gestureArea_; }
-    bool gestureAreaVisible() const noexcept { return gestureAreaVisible_; }
+    // The rectangle a Shift-copy or Ctrl-fill outlines while it is dragged.
+    const clsRectangle* draggedArea() const;
     // The picture as shown now, drawn first when a redraw is pending.
     const clsBackBuffer& backBuffer();
     PictureBox& picture() const noexcept { return *picLevel_; }
@@ -86,10 +87,14 @@ public:
     void centreOn(int x, int y);
     // Outlines the cell for a moment.
     void highlight(QPoint cell);
-    // Shift or Ctrl held on its own, or let go.
+    // Shift or Ctrl held on its own; let go of (a drag that the key began
+    // goes on to its button's release).
     void holdModifiers();
+    void modifierReleased();
+    // As if Shift and Ctrl were let go: every drag ends.
     void releaseModifiers();
-    void cancelGesture();
+    // Ends a drag of that tool, if one is on.
+    void cancelDragOf(const LevelTool& tool);
     void scheduleRedraw();
     // The benchmark's steps: the level alone with these flags, and the
     // picture on the screen at once.
@@ -122,7 +127,7 @@ private:
     // Picture pixels per level pixel.
     double scale() const noexcept;
     clsRenderOptions renderOptions() const;
-    LevelTool& activeTool() const;
+    void endDrag();
 
     // Pointer gestures (LevelViewMouse.cpp); positions are picture pixels.
     void pressed(int button, int shift, float x, float y);
@@ -132,12 +137,8 @@ private:
     void wheel(int dx, int dy, int shift, float x, float y);
     ToolContext toolContext(int shift, float x, float y);
     QPoint cellAt(float x, float y) const;
-    void pickSpecial(float x, float y);
+    void brushChosen();
     void scrollDrag();
-    void startArea(std::uint32_t colour);
-    void dragArea(float x, float y);
-    void copyArea();
-    void fillArea();
     void startPan(float x, float y);
     void panTo(float x, float y);
     void showCellStatus();
@@ -153,10 +154,10 @@ private:
     int zoom_ = usualZoom;
     bool redrawPending_ = false;
 
-    Gesture gesture_ = Gesture::none;
+    // A right-button drag scrolls; a left-button drag is its tool's.
+    bool scrolling_ = false;
+    LevelTool* dragTool_ = nullptr;
     bool modifiersHeld_ = false;
-    clsRectangle gestureArea_;
-    bool gestureAreaVisible_ = false;
     float mouseX_ = 0.0F;
     float mouseY_ = 0.0F;
     bool pointerOver_ = false;

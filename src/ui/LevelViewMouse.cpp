@@ -5,15 +5,16 @@
 #include "app/qtPaths.h"
 #include "data/levelNavigation.h"
 #include "data/openLevel.h"
-#include "native/marvek.h"
 #include "ui/EditingState.h"
 #include "ui/LevelDocument.h"
 #include "ui/LevelTool.h"
 #include "ui/PictureBox.h"
+#include "ui/ToolBox.h"
 
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <utility>
 
 namespace marvek {
 namespace {
@@ -24,12 +25,6 @@ constexpr int rightButton = 2;
 constexpr int middleButton = 4;
 constexpr int shiftMask = 1;
 constexpr int ctrlMask = 2;
-
-// Selections stop at the game's standard level size whatever the open
-// level's size, and only on the high side: deliberate, the level operations
-// skip what lies outside.
-constexpr std::int32_t lastColumn = 299;
-constexpr std::int32_t lastRow = 84;
 
 std::int32_t rounded(double value) {
     return static_cast<std::int32_t>(std::nearbyint(value));
@@ -64,7 +59,20 @@ ToolContext LevelView::toolContext(int shift, float x, float y) {
             document_.continueEdit(range, change);
         },
         [this](std::optional<clsRectangle> area) { document_.setSelection(area); },
+        [this](TileGrid tiles) {
+            services_.editing.useTiles(std::move(tiles));
+            brushChosen();
+        },
+        [this](std::int32_t id) {
+            services_.editing.pickSpecial(document_.opened().specialSet, id);
+            brushChosen();
+        },
     };
+}
+
+void LevelView::brushChosen() {
+    scheduleRedraw();
+    emit brushChanged();
 }
 
 void LevelView::pressed(int button, int shift, float x, float y) {
@@ -74,8 +82,8 @@ void LevelView::pressed(int button, int shift, float x, float y) {
         startPan(x, y);
         return;
     }
-    if (button == rightButton && gesture_ == Gesture::none) {
-        gesture_ = Gesture::scrolling;
+    if (button == rightButton && !dragging()) {
+        scrolling_ = true;
         dragStart_ = services_.shared.cursor->pos();
         picLevel_->setCursor(Qt::SizeAllCursor);
         return;
@@ -83,40 +91,16 @@ void LevelView::pressed(int button, int shift, float x, float y) {
     if (button != leftButton) {
         return;
     }
-    const std::int32_t mode = services_.editing.mode;
-    // The modifier mask is compared whole: Shift alone, Ctrl alone.
-    if (shift == shiftMask && mode == editingMode::tiles) {
-        gesture_ = Gesture::copying;
-        startArea(createBGRA(255, 0, 0, 80));
-    } else if (shift == ctrlMask && gesture_ == Gesture::none) {
-        gesture_ = Gesture::filling;
-        startArea(createBGRA(0, 255, 0, 80));
-    } else if (mode == editingMode::specials && shift == shiftMask) {
-        pickSpecial(x, y);
-    } else {
-        // The plain press is the active tool's.
-        ToolContext context = toolContext(shift, x, y);
-        if (activeTool().press(context)) {
-            gesture_ = Gesture::toolDrag;
+    LevelTool& tool = services_.tools.forPress(shift, dragging());
+    ToolContext context = toolContext(shift, x, y);
+    if (tool.press(context)) {
+        // A tool's drag takes over from a scroll.
+        if (dragTool_ != &tool) {
+            endDrag();
         }
+        dragTool_ = &tool;
+        scheduleRedraw();
     }
-}
-
-void LevelView::pickSpecial(float x, float y) {
-    const QPoint cell = cellAt(x, y);
-    const clsLevel& level = document_.level();
-    const std::uint8_t id =
-        level.contains(cell.x(), cell.y()) ? level.getSpecial(cell.x(), cell.y()) : 0;
-    const clsSpecialSet& set = document_.opened().specialSet;
-    EditingState& editing = services_.editing;
-    editing.specialsBrush.reset();
-    if (set.getSpecialLUT(id) != nullptr) {
-        editing.specialId = id;
-    } else if (set.count() > 0) {
-        editing.specialId = set.getSpecial(0).Id;
-    }
-    scheduleRedraw();
-    emit brushChanged();
 }
 
 void LevelView::moved(int buttons, int shift, float x, float y) {
@@ -126,17 +110,13 @@ void LevelView::moved(int buttons, int shift, float x, float y) {
     const bool leftHeld = (buttons & leftButton) != 0;
     if (panning_) {
         panTo(x, y);
-    } else if (gesture_ == Gesture::scrolling) {
+    } else if (scrolling_) {
         scrollDrag();
-    } else if (leftHeld && gesture_ == Gesture::toolDrag &&
-               activeTool().dragsIn(services_.editing.mode)) {
+    } else if (leftHeld && dragTool_ != nullptr && dragTool_->dragsIn(services_.editing.mode)) {
         ToolContext context = toolContext(shift, x, y);
-        activeTool().drag(context);
-    } else if (leftHeld &&
-               ((gesture_ == Gesture::copying && services_.editing.mode == editingMode::tiles) ||
-                gesture_ == Gesture::filling)) {
-        dragArea(x, y);
-    } else if (gesture_ == Gesture::none) {
+        dragTool_->drag(context);
+        scheduleRedraw();
+    } else if (!dragging()) {
         scheduleRedraw();
     }
     showCellStatus();
@@ -146,30 +126,32 @@ void LevelView::released(int button, int shift, float x, float y) {
     if (button == middleButton) {
         // A pan ends on its own; a drag of another button goes on.
         panning_ = false;
-        if (gesture_ == Gesture::none) {
+        if (!dragging()) {
             picLevel_->unsetCursor();
         }
         return;
     }
-    const Gesture gesture = gesture_;
-    if (button == rightButton && gesture == Gesture::scrolling) {
-        // The gesture's work was done as the pointer moved.
-    } else if (gesture == Gesture::toolDrag && activeTool().dragsIn(services_.editing.mode)) {
+    // Whatever button is let go ends the drag; the right one's work was
+    // done as the pointer moved.
+    LevelTool* tool = std::exchange(dragTool_, nullptr);
+    scrolling_ = false;
+    if (tool != nullptr && tool->dragsIn(services_.editing.mode)) {
         ToolContext context = toolContext(shift, x, y);
-        activeTool().release(context);
-    } else if (services_.editing.mode == editingMode::tiles && gesture == Gesture::copying) {
-        copyArea();
-    } else if (gesture == Gesture::filling) {
-        fillArea();
+        if (tool->ownsModifiers()) {
+            // As if the key that began it were let go.
+            releaseModifiers();
+        }
+        tool->release(context);
+    } else if (tool != nullptr) {
+        tool->cancel();
     }
     picLevel_->unsetCursor();
-    gesture_ = Gesture::none;
     showCellStatus();
 }
 
 void LevelView::left() {
     pointerOver_ = false;
-    if (gesture_ == Gesture::none) {
+    if (!dragging()) {
         scheduleRedraw();
     }
     emit cellStatus({});
@@ -207,65 +189,6 @@ void LevelView::scrollDrag() {
                          rounded(double(now.y() - dragStart_.y()) * sensitivity));
     cursor.setPos(dragStart_);
     cameraMoved();
-}
-
-void LevelView::startArea(std::uint32_t colour) {
-    const QPoint cell = pointerCell();
-    gestureArea_ = clsRectangle();
-    gestureArea_.left = cell.x();
-    gestureArea_.top = cell.y();
-    gestureArea_.colour = static_cast<std::int32_t>(colour);
-    gestureAreaVisible_ = true;
-    scheduleRedraw();
-}
-
-void LevelView::dragArea(float x, float y) {
-    const QPoint cell = cellAt(x, y);
-    gestureArea_.width = cell.x() - gestureArea_.left;
-    gestureArea_.height = cell.y() - gestureArea_.top;
-    if (gestureArea_.left + gestureArea_.width > lastColumn) {
-        gestureArea_.width = lastColumn - gestureArea_.left;
-    }
-    if (gestureArea_.top + gestureArea_.height > lastRow) {
-        gestureArea_.height = lastRow - gestureArea_.top;
-    }
-    scheduleRedraw();
-}
-
-void LevelView::copyArea() {
-    releaseModifiers();
-    gestureArea_.Normalize();
-    EditingState& editing = services_.editing;
-    editing.brush = document_.level().getTiles(gestureArea_);
-    editing.brushCells.reset();
-    // The brush no longer comes from the palette.
-    editing.paletteSelectionVisible = false;
-    scheduleRedraw();
-    emit brushChanged();
-}
-
-void LevelView::fillArea() {
-    releaseModifiers();
-    gestureArea_.Normalize();
-    const clsRectangle area = gestureArea_;
-    const CellRange range = rangeOf(area);
-    const EditingState& editing = services_.editing;
-    if (editing.mode == editingMode::tiles && editing.brushCells) {
-        // Pasted cells bring their own specials, as they do when painted.
-        document_.edit("Fill", range, [&](clsLevel& level) {
-            fillCellRectangle(level, *editing.brushCells, area);
-        });
-    } else if (editing.mode == editingMode::tiles) {
-        document_.edit(
-            "Fill", range,
-            [&](clsLevel& level) {
-                level.fillTileRectangle(editing.brush, area, editing.autoPlaceSpecials);
-            },
-            editing.autoPlacing("Fill"));
-    } else if (const clsSpecial* special = editing.special(document_.opened().specialSet)) {
-        document_.edit("Fill Specials", range,
-                       [&](clsLevel& level) { level.fillSpecialRectangle(*special, area); });
-    }
 }
 
 void LevelView::startPan(float x, float y) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "graphics/clsRectangle.h"
 #include "ui/LevelTool.h"
 
 namespace marvek {
@@ -14,10 +13,6 @@ public:
     bool press(ToolContext& context) override;
     bool dragsIn(std::int32_t /*mode*/) const override { return true; }
     void drag(ToolContext& context) override;
-    void preview(const ToolPreview& /*view*/) const override {}
-
-    // The whole map, normalised.
-    static clsRectangle wholeLevel(const clsLevel& level);
 
 private:
     void spanTo(ToolContext& context);

@@ -6,8 +6,7 @@
 #include "app/qtPaths.h"
 #include "data/cellRange.h"
 #include "data/openLevel.h"
-#include "ui/BrushTool.h"
-#include "ui/BucketFillTool.h"
+#include "ui/EditCommands.h"
 #include "ui/LevelDocument.h"
 #include "ui/LevelFileCommands.h"
 #include "ui/LevelTabs.h"
@@ -15,8 +14,8 @@
 #include "ui/PaletteStrip.h"
 #include "ui/PictureBox.h"
 #include "ui/RecentLevelsMenu.h"
-#include "ui/SelectTool.h"
 #include "ui/TiledMapCommands.h"
+#include "ui/ToolBox.h"
 #include "ui/ViewMenu.h"
 #include "ui/windowPlacement.h"
 
@@ -49,7 +48,8 @@ std::optional<std::filesystem::path> droppedFile(const QMimeData* data) {
 } // namespace
 
 frmMain::frmMain(SharedObjects& shared, MainDialogs dialogs, QWidget* parent)
-    : QMainWindow(parent), shared_(shared), dialogs_(dialogs) {
+    : QMainWindow(parent), shared_(shared), dialogs_(dialogs),
+      tools_(std::make_unique<ToolBox>(editing_)) {
     setObjectName("frmMain");
     setWindowTitle(QString(applicationTitle) + "[*]");
     setAcceptDrops(true);
@@ -77,8 +77,7 @@ void frmMain::buildWindow() {
     tabMode_->addTab("Specials");
     tabMode_->setFocusPolicy(Qt::NoFocus);
     tabMode_->setDrawBase(false);
-    tabs_ = std::make_unique<LevelTabs>(
-        ViewServices{shared_, editing_, [this]() -> LevelTool& { return activeTool(); }}, *central);
+    tabs_ = std::make_unique<LevelTabs>(ViewServices{shared_, editing_, *tools_}, *central);
     palette_ = new PaletteStrip(editing_, shared_.editorFont, central);
     palette_->setObjectName("paletteStrip");
 
@@ -138,7 +137,7 @@ void frmMain::buildMenus() {
     connect(itmEditRedo_, &QAction::triggered, this, &frmMain::editRedo);
     edit->addSeparator();
     connect(addCommand(*edit, "itmEditPalette", "Pa&lette..."), &QAction::triggered, this,
-            &frmMain::editPalette);
+            [this] { edits_->editPalette(); });
     connect(addCommand(*edit, "itmEditGoToCell", "&Go to Cell...", QKeySequence("Ctrl+G")),
             &QAction::triggered, this, &frmMain::editGoToCell);
     buildViewMenu();
@@ -248,7 +247,11 @@ int frmMain::zoom() const {
 }
 
 std::int32_t frmMain::dragState() const {
-    return currentView() != nullptr ? static_cast<std::int32_t>(currentView()->gesture()) : 0;
+    const LevelView* view = currentView();
+    if (view == nullptr || !view->dragging()) {
+        return 0;
+    }
+    return view->scrolling() ? 1 : tools_->dragNumber(*view->dragTool());
 }
 
 bool frmMain::tileModifierHeld() const {
@@ -296,11 +299,12 @@ const clsSpecial* frmMain::selectedSpecial() const {
 
 const clsRectangle& frmMain::selection() const {
     static const clsRectangle none;
-    return currentView() != nullptr ? currentView()->gestureArea() : none;
+    const clsRectangle* area = currentView() != nullptr ? currentView()->draggedArea() : nullptr;
+    return area != nullptr ? *area : none;
 }
 
 bool frmMain::selectionVisible() const {
-    return currentView() != nullptr && currentView()->gestureAreaVisible();
+    return currentView() != nullptr && currentView()->draggedArea() != nullptr;
 }
 
 void frmMain::keyPressEvent(QKeyEvent* event) {
@@ -341,11 +345,8 @@ void frmMain::keyPressEvent(QKeyEvent* event) {
 void frmMain::keyReleaseEvent(QKeyEvent* event) {
     if ((event->key() == Qt::Key_Shift || event->key() == Qt::Key_Control) &&
         !event->isAutoRepeat()) {
-        // A copy or fill drag ends with its button, whichever is let go first.
-        const LevelView* view = currentView();
-        if (view == nullptr || (view->gesture() != LevelView::Gesture::copying &&
-                                view->gesture() != LevelView::Gesture::filling)) {
-            releaseModifiers();
+        if (LevelView* view = currentView()) {
+            view->modifierReleased();
         }
         return;
     }

@@ -35,12 +35,9 @@ class frmGraphics;
 class frmEditPalette;
 class frmOptions;
 class frmStatus;
-class LevelTool;
-class BrushTool;
-class BucketFillTool;
-class SelectTool;
+class ToolBox;
+class EditCommands;
 class HistoryPanel;
-class frmReplaceTile;
 class OverviewPanel;
 class PanelDock;
 class SpecialsListPanel;
@@ -141,26 +138,14 @@ public:
     bool isReadOnly() const;
     // A named step over the whole level in front, for scripts and tests.
     void editLevel(const std::string& stepName, const std::function<void(clsLevel&)>& change);
-    // The clipboard and selection commands of the Edit menu.
-    void editCut();
-    void editCopy();
-    void editPaste();
-    void editDelete();
-    void editSelectAll();
-    void editSelectNone();
-    void editReplaceTile();
-    // The level as it was at a History entry: 0 before every kept step, n
-    // after the n-th.
-    void goToHistoryEntry(int index);
-    HistoryPanel& historyPanel() const noexcept { return *historyPanel_; }
-
+    // The Edit menu's commands; undo and redo are called from here too.
+    EditCommands& editCommands() const noexcept { return *edits_; }
     void editUndo();
     void editRedo();
+    HistoryPanel& historyPanel() const noexcept { return *historyPanel_; }
+
     void toolsOptions();
     void toolsGraphics();
-    // Edits the level's palette, a History step; the graphics are read
-    // again with it.
-    void editPalette();
     // The level as a picture; true when one was written.
     bool fileExportBitmap();
     void toolsBenchmark();
@@ -187,18 +172,12 @@ private:
     void buildTabKeys();
     QAction* addCommand(QMenu& menu, const char* name, const QString& caption,
                         const QKeySequence& shortcut = {});
-    // The tools, their tool bar and menu, the clipboard commands and the
-    // History dock (frmMainEditing.cpp).
+    // The Edit menu's entries, the tools with their tool bar and menu, and
+    // the History dock (frmMainEditing.cpp).
     void buildEditing(QMenu& edit);
     void buildToolActions(QMenu& edit);
     void buildHistoryDock();
-    LevelTool& activeTool() const;
     void updateSelectionCommands();
-    bool copySelectionToClipboard();
-    // Cut or Delete of the selection: its specials alone in Specials mode.
-    void clearSelection(const std::string& command);
-    // Paste in Specials mode: a brush of the pasted cells' specials.
-    void pasteSpecials(CellBlock block);
     void toggleSpecialsInTilesMode();
 
     void loadOptions();
@@ -207,7 +186,6 @@ private:
     void documentShown();
     // A level just opened: fresh editing state, views and panels follow.
     void showNewLevel();
-    void takeBack(bool undoing);
     void selectMode(int tabIndex);
     // What letting go of Shift or Ctrl does; menu commands start with it.
     void releaseModifiers();
@@ -247,10 +225,8 @@ private:
     QLabel* lblTool_ = nullptr;
     QLabel* lblZoom_ = nullptr;
     HistoryPanel* historyPanel_ = nullptr;
-    frmReplaceTile* replaceTile_ = nullptr;
-    std::unique_ptr<BrushTool> brushTool_;
-    std::unique_ptr<BucketFillTool> bucketFillTool_;
-    std::unique_ptr<SelectTool> selectTool_;
+    std::unique_ptr<ToolBox> tools_;
+    EditCommands* edits_ = nullptr;
     // Brush, Bucket Fill, Select: checked as the tool is chosen.
     std::array<QAction*, 3> toolActions_{};
     PanelDock* overviewDock_ = nullptr;

@@ -1,4 +1,5 @@
-// The main window's menu commands: undo, the options, graphics and palette.
+// The main window's menu commands: the options and the graphics, and the
+// menus following the level in front.
 #include "ui/frmMain.h"
 
 #include "app/SharedObjects.h"
@@ -9,7 +10,6 @@
 #include "ui/LevelDocument.h"
 #include "ui/LevelView.h"
 #include "ui/PaletteStrip.h"
-#include "ui/frmEditPalette.h"
 #include "ui/frmGraphics.h"
 #include "ui/frmOptions.h"
 #include "ui/frmStatus.h"
@@ -28,22 +28,6 @@ QString stepCaption(const QString& command, const std::string& step) {
 }
 
 } // namespace
-
-void frmMain::editUndo() {
-    takeBack(true);
-}
-
-void frmMain::editRedo() {
-    takeBack(false);
-}
-
-void frmMain::takeBack(bool undoing) {
-    releaseModifiers();
-    if (LevelDocument* document = currentDocument()) {
-        undoing ? document->undo() : document->redo();
-    }
-    updateCommands();
-}
 
 void frmMain::toolsOptions() {
     const QString formerData =
@@ -79,30 +63,6 @@ void frmMain::toolsGraphics() {
                                    QString::fromStdString(error.what()),
                                messageStyle::exclamation);
     }
-}
-
-void frmMain::editPalette() {
-    LevelDocument* document = currentDocument();
-    if (document == nullptr) {
-        return;
-    }
-    dialogs_.editPalette.Setup(document->opened().palette);
-    if (!dialogs_.editPalette.showModal()) {
-        return;
-    }
-    dialogs_.status.setStatus("Reloading graphics...");
-    try {
-        document->changePalette(dialogs_.editPalette.palette());
-    } catch (const std::exception& error) {
-        dialogs_.status.hideStatus();
-        shared_.messages->show(this,
-                               "The graphics could not be read again with the new palette, so "
-                               "the palette stays as it was.\n\n" +
-                                   QString::fromStdString(error.what()),
-                               messageStyle::exclamation);
-        return;
-    }
-    dialogs_.status.hideStatus();
 }
 
 void frmMain::updateCommands() {

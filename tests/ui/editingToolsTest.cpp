@@ -2,6 +2,7 @@
 
 #include "data/cellClipboard.h"
 #include "data/floodFill.h"
+#include "ui/EditCommands.h"
 #include "ui/HistoryPanel.h"
 #include "ui/PictureBox.h"
 #include "ui/systemClipboard.h"
@@ -283,7 +284,7 @@ TEST_F(EditingTools, CutCellsTravelToAnotherLevelWithTheirSpecials) {
     auto damaged = std::make_unique<QMimeData>();
     damaged->setData(cellsMimeType, QByteArray("MVKC\0\1\0\2", 8));
     QGuiApplication::clipboard()->setMimeData(damaged.release());
-    window_->editPaste();
+    window_->editCommands().paste();
     ASSERT_FALSE(messages_->shown.empty());
     EXPECT_NE(messages_->shown.back().text.indexOf("Nothing was pasted"), -1);
     EXPECT_EQ(*window_->brushCells(), cut) << "the brush stays";
@@ -291,7 +292,7 @@ TEST_F(EditingTools, CutCellsTravelToAnotherLevelWithTheirSpecials) {
     // So is a tile number past the open tile set's last tile.
     ASSERT_LT(window_->openedLevel()->tileSet.count(), 1024);
     QGuiApplication::clipboard()->setText("0\n1023\n");
-    window_->editPaste();
+    window_->editCommands().paste();
     EXPECT_NE(messages_->shown.back().text.indexOf(
                   "line 2 of the clipboard's text holds tile 1023, past the tile set's last tile"),
               -1)
@@ -476,14 +477,14 @@ TEST_F(EditingTools, ReplaceTileCountsTheCellsItChanges) {
     const clsRectangle selected = window_->cellSelection().value();
     const std::int64_t inSelection = countTile(level(), from, &selected);
     whenModal(answer(true));
-    window_->editReplaceTile();
+    window_->editCommands().replaceTile();
     EXPECT_EQ(messages_->shown.back().text,
               QString("Replaced tile %1 with tile 9 in %2 cells in the selection.")
                   .arg(from)
                   .arg(inSelection));
     EXPECT_EQ(window_->history().nextUndo(), "Replace Tile");
     whenModal(answer(false));
-    window_->editReplaceTile();
+    window_->editCommands().replaceTile();
     EXPECT_EQ(messages_->shown.back().text,
               QString("Replaced tile %1 with tile 9 in %2 cells in the level.")
                   .arg(from)
@@ -491,7 +492,7 @@ TEST_F(EditingTools, ReplaceTileCountsTheCellsItChanges) {
     EXPECT_EQ(countTile(level(), from, nullptr), 0);
     // Nothing left to replace: told so, and no step.
     whenModal(answer(false));
-    window_->editReplaceTile();
+    window_->editCommands().replaceTile();
     EXPECT_EQ(messages_->shown.back().text,
               QString("No cell in the level holds tile %1.").arg(from));
     window_->editUndo();

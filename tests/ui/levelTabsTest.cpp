@@ -2,7 +2,7 @@
 
 #include "app/autosave.h"
 #include "data/clsLevel.h"
-#include "ui/BrushTool.h"
+#include "ui/ToolBox.h"
 
 #include <QStackedWidget>
 #include <QTabBar>
@@ -15,8 +15,7 @@ class LevelTabsAlone : public EditorFixture {
 protected:
     LevelTabsAlone() {
         shared_->runDataFolder = dataFolder();
-        tabs_ = std::make_unique<LevelTabs>(
-            ViewServices{*shared_, editing_, [this]() -> LevelTool& { return brush_; }}, parent_);
+        tabs_ = std::make_unique<LevelTabs>(ViewServices{*shared_, editing_, tools_}, parent_);
         parent_.resize(800, 600);
         parent_.show();
     }
@@ -54,7 +53,7 @@ protected:
 
     QWidget parent_;
     EditingState editing_;
-    BrushTool brush_;
+    ToolBox tools_{editing_};
     std::unique_ptr<LevelTabs> tabs_;
 };
 

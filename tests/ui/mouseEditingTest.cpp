@@ -291,6 +291,31 @@ TEST_F(MouseEditing, LettingGoOfTheKeyBeforeTheButtonStillCompletesACopyOrFill) 
     EXPECT_EQ(window_->dragState(), 0);
 }
 
+TEST_F(MouseEditing, ChoosingAToolEndsItsOwnDragButNotACopyOrFill) {
+    start();
+    const std::int32_t brushTile = window_->brush().at(0, 0);
+    // The Brush's stroke ends when another tool is chosen.
+    QTest::mousePress(&view(), Qt::LeftButton, {}, cell(2, 2));
+    EXPECT_EQ(window_->dragState(), 3);
+    QTest::keyClick(window_, Qt::Key_R);
+    EXPECT_EQ(window_->dragState(), 0);
+    QTest::mouseMove(&view(), cell(6, 2));
+    QTest::mouseRelease(&view(), Qt::LeftButton, {}, cell(6, 2));
+    EXPECT_EQ(level().cellAt(2, 2).tile, brushTile);
+    EXPECT_NE(level().cellAt(6, 2).tile, brushTile);
+
+    // Escape goes back to the Brush; the Ctrl-fill goes on to its release.
+    QTest::mousePress(&view(), Qt::LeftButton, Qt::ControlModifier, cell(3, 5));
+    QTest::keyClick(window_, Qt::Key_Escape);
+    EXPECT_EQ(window_->tool(), frmMain::Tool::brush);
+    EXPECT_EQ(window_->dragState(), 6);
+    EXPECT_TRUE(window_->selectionVisible());
+    QTest::mouseMove(&view(), cell(4, 5));
+    QTest::mouseRelease(&view(), Qt::LeftButton, Qt::ControlModifier, cell(4, 5));
+    EXPECT_EQ(window_->history().nextUndo(), "Fill");
+    EXPECT_EQ(level().cellAt(4, 5).tile, brushTile);
+}
+
 TEST_F(MouseEditing, ARightDragScrollsBySensitivityWithThePointerHeldInPlace) {
     start(15);
     EXPECT_FLOAT_EQ(window_->moveSensitivity(), 1.5F);
