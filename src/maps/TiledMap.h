@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -60,6 +61,17 @@ struct TiledMap {
     // like.
     std::vector<std::string> ignored;
 };
+
+// Room for the text of a map whose cells have numbers of a few digits, at
+// most bytesPerCell each with their separators.
+inline std::size_t expectedTextLength(const TiledMap& map, std::size_t bytesPerCell) {
+    constexpr std::size_t rest = 4096;
+    std::size_t cells = 0;
+    for (const TiledTileLayer& layer : map.layers) {
+        cells += layer.gids.size();
+    }
+    return cells * bytesPerCell + rest;
+}
 
 // The property of that name, or none.
 const TiledProperty* findProperty(const std::vector<TiledProperty>& properties,

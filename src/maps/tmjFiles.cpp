@@ -151,17 +151,6 @@ void writeLayer(JsonWriter& out, const TiledTileLayer& layer, std::int32_t id, c
     out.endObject();
 }
 
-// Room for the text of a map whose cells have numbers of a few digits.
-std::size_t expectedLength(const TiledMap& map) {
-    constexpr std::size_t bytesPerCell = 5;
-    constexpr std::size_t rest = 4096;
-    std::size_t cells = 0;
-    for (const TiledTileLayer& layer : map.layers) {
-        cells += layer.gids.size();
-    }
-    return cells * bytesPerCell + rest;
-}
-
 // ---- reading ----
 
 // A member's value, or the fallback when the member is missing or of
@@ -279,7 +268,7 @@ void readLayers(const json& document, TiledMap& map) {
 } // namespace
 
 std::string writeTmj(const TiledMap& map, LayerFormat format) {
-    JsonWriter out(expectedLength(map));
+    JsonWriter out(expectedTextLength(map, 5));
     out.beginObject();
     member(out, "compressionlevel", std::int64_t{-1});
     member(out, "height", std::int64_t{map.height});

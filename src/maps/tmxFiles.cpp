@@ -84,17 +84,6 @@ void openRoot(XmlWriter& xml, const char* rootName) {
     xml.attribute("tiledversion", tiledVersion);
 }
 
-// Room for the text of a map whose cells have numbers of a few digits.
-std::size_t expectedLength(const TiledMap& map) {
-    constexpr std::size_t bytesPerCell = 6;
-    constexpr std::size_t rest = 4096;
-    std::size_t cells = 0;
-    for (const TiledTileLayer& layer : map.layers) {
-        cells += layer.gids.size();
-    }
-    return cells * bytesPerCell + rest;
-}
-
 // ---- reading ----
 
 std::vector<TiledProperty> readProperties(pugi::xml_node parent) {
@@ -198,7 +187,7 @@ void readChildren(pugi::xml_node root, TiledMap& map, const TileSetLoader& loadT
 } // namespace
 
 std::string writeTmx(const TiledMap& map, LayerFormat format) {
-    XmlWriter xml(expectedLength(map));
+    XmlWriter xml(expectedTextLength(map, 6));
     openRoot(xml, "map");
     xml.attribute("orientation", "orthogonal");
     xml.attribute("renderorder", "right-down");
