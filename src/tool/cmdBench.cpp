@@ -253,13 +253,7 @@ public:
     }
 
     int run() override {
-        try {
-            runAll(parsed_);
-            return 0;
-        } catch (const std::exception& error) {
-            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-            return 1;
-        }
+        return reportFailure([this] { runAll(parsed_); });
     }
 
 private:

@@ -5,14 +5,12 @@
 #include "graphics/clsFont.h"
 #include "graphics/pictureFiles.h"
 #include "io/FileError.h"
-#include "io/findFile.h"
 #include "native/marvek.h"
 #include "tool/commands.h"
 #include "tool/executableFolder.h"
 
 #include <CLI/CLI.hpp>
 
-#include <cstdio>
 #include <optional>
 
 namespace marvek::tool {
@@ -54,7 +52,7 @@ ExportChoice exportChoice(const ExportArguments& parsed, const clsSpecialSet& sp
     return choice;
 }
 
-int exportLevel(const ExportArguments& parsed) {
+void exportLevel(const ExportArguments& parsed) {
     const std::string extension = lowerExtension(parsed.output);
     if (extension != ".bmp" && extension != ".png") {
         throw FileError(parsed.output, "the output must end in .bmp or .png");
@@ -62,19 +60,11 @@ int exportLevel(const ExportArguments& parsed) {
     renderInit();
     const OpenedLevel opened = openLevel(
         {parsed.applicationFolder, parsed.dataFolder, parsed.level, parsed.configuration, false});
-    // Without the font, special numbers are left out rather than failing.
-    clsFont font;
-    const fs::path fontPath = findFile(parsed.applicationFolder, "fonts/game.bmp");
-    if (!font.loadFromFile(fontPath)) {
-        std::fprintf(stderr,
-                     "marvek-tool: %s: no usable font, so the numbers of the specials will be "
-                     "missing from the picture\n",
-                     fontPath.c_str());
-    }
+    const clsFont font = loadGameFont(
+        parsed.applicationFolder, "the numbers of the specials will be missing from the picture");
     const clsBackBuffer picture = renderLevelExport(opened.level, opened.tileSet, opened.specialSet,
                                                     exportChoice(parsed, opened.specialSet, font));
     writeExportPicture(picture, parsed.output);
-    return 0;
 }
 
 class Export : public ToolCommand {
@@ -96,12 +86,7 @@ public:
     }
 
     int run() override {
-        try {
-            return exportLevel(parsed_);
-        } catch (const std::exception& error) {
-            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-            return 1;
-        }
+        return reportFailure([this] { exportLevel(parsed_); });
     }
 
 private:

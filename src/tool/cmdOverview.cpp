@@ -11,7 +11,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <cstdio>
 #include <optional>
 #include <string>
 
@@ -29,7 +28,7 @@ struct OverviewArguments {
     fs::path applicationFolder = defaultApplicationFolder();
 };
 
-int drawOverview(const OverviewArguments& parsed) {
+void drawOverview(const OverviewArguments& parsed) {
     if (lowerExtension(parsed.output) != ".png") {
         throw FileError(parsed.output, "the output must end in .png");
     }
@@ -41,7 +40,6 @@ int drawOverview(const OverviewArguments& parsed) {
                      parsed.cellPixels);
     const auto png = encodePng(overview.pixels(), overview.width(), overview.height());
     writeFileAtomically(parsed.output, png);
-    return 0;
 }
 
 class Overview : public ToolCommand {
@@ -60,12 +58,7 @@ public:
     }
 
     int run() override {
-        try {
-            return drawOverview(parsed_);
-        } catch (const std::exception& error) {
-            std::fprintf(stderr, "marvek-tool: %s\n", error.what());
-            return 1;
-        }
+        return reportFailure([this] { drawOverview(parsed_); });
     }
 
 private:

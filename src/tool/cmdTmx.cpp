@@ -1,7 +1,6 @@
 // marvek-tool tmx export|import: a level as a Tiled map and back.
 #include "data/openLevel.h"
 #include "graphics/clsFont.h"
-#include "io/findFile.h"
 #include "io/packedFile.h"
 #include "maps/tiledMapFiles.h"
 #include "native/marvek.h"
@@ -46,18 +45,6 @@ void checkCombination(const TmxArguments& parsed) {
     }
 }
 
-clsFont specialsFont(const fs::path& applicationFolder) {
-    clsFont font;
-    const fs::path fontPath = findFile(applicationFolder, "fonts/game.bmp");
-    if (!font.loadFromFile(fontPath)) {
-        std::fprintf(stderr,
-                     "marvek-tool: %s: no usable font, so the specials tile set will show no "
-                     "numbers\n",
-                     fontPath.c_str());
-    }
-    return font;
-}
-
 void exportMap(const TmxArguments& parsed) {
     TiledExport request;
     request.mapFile = parsed.output;
@@ -68,7 +55,8 @@ void exportMap(const TmxArguments& parsed) {
         {parsed.applicationFolder, *parsed.dataFolder, parsed.input, *parsed.configuration, false});
     request.tileSetName = opened.tileFile.filename().string();
     const LevelFile file{opened.level, opened.palette, packedMagicOf(opened.level.fileName)};
-    const clsFont font = specialsFont(parsed.applicationFolder);
+    const clsFont font =
+        loadGameFont(parsed.applicationFolder, "the specials tile set will show no numbers");
     const clsRenderOptions options =
         font.handle() != 0 ? clsRenderOptions(font) : clsRenderOptions();
     exportTiledMap(file, opened.tileSet, opened.specialSet, options, request);

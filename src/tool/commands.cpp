@@ -1,5 +1,7 @@
 #include "tool/commands.h"
 
+#include "io/findFile.h"
+
 #include <array>
 #include <cstdio>
 #include <exception>
@@ -53,6 +55,16 @@ int reportFailure(const std::function<void()>& work) {
         std::fprintf(stderr, "marvek-tool: %s\n", error.what());
         return 1;
     }
+}
+
+clsFont loadGameFont(const std::filesystem::path& applicationFolder, const char* withoutIt) {
+    clsFont font;
+    const std::filesystem::path fontPath = findFile(applicationFolder, "fonts/game.bmp");
+    if (!font.loadFromFile(fontPath)) {
+        std::fprintf(stderr, "marvek-tool: %s: no usable font, so %s\n", fontPath.c_str(),
+                     withoutIt);
+    }
+    return font;
 }
 
 } // namespace marvek::tool

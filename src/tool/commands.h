@@ -1,5 +1,8 @@
 #pragma once
 
+#include "graphics/clsFont.h"
+
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <span>
@@ -31,5 +34,10 @@ std::span<const Command> commands();
 
 // Runs a command's work: 0 when it went through, 1 after printing why not.
 int reportFailure(const std::function<void()>& work);
+
+// The editor's font from the application folder. Without it a drawing
+// leaves out the specials' numbers rather than failing; withoutIt says
+// what the user will miss, in the warning printed then.
+clsFont loadGameFont(const std::filesystem::path& applicationFolder, const char* withoutIt);
 
 } // namespace marvek::tool
