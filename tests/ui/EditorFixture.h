@@ -18,8 +18,10 @@
 #include "ui/LevelFileCommands.h"
 #include "ui/LevelTabs.h"
 #include "ui/LevelView.h"
+#include "ui/PictureBox.h"
 #include "ui/frmMain.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QPointer>
 #include <QTimer>
@@ -141,6 +143,22 @@ protected:
     ScriptedCommonDialog* dialogs_ = nullptr;
     std::unique_ptr<SharedObjects> shared_;
     std::unique_ptr<EditorWindows> windows_;
+};
+
+// The editor started and shown, for tests that drive its level view and
+// commands.
+class ShownEditorFixture : public EditorFixture {
+protected:
+    frmMain& start() {
+        window_ = &startEditor();
+        window_->show();
+        QApplication::processEvents();
+        return *window_;
+    }
+    PictureBox& view() const { return child<PictureBox>(*window_, "picLevel"); }
+    QAction& action(const char* name) const { return child<QAction>(*window_, name); }
+
+    frmMain* window_ = nullptr;
 };
 
 } // namespace marvek::test

@@ -25,7 +25,7 @@
 namespace marvek::test {
 namespace {
 
-class Navigation : public EditorFixture {
+class Navigation : public ShownEditorFixture {
 protected:
     Navigation() {
         auto cursor = std::make_unique<ScriptedScreenCursor>();
@@ -43,14 +43,6 @@ protected:
         }
     }
 
-    frmMain& start() {
-        window_ = &startEditor();
-        window_->show();
-        QApplication::processEvents();
-        return *window_;
-    }
-    PictureBox& view() const { return child<PictureBox>(*window_, "picLevel"); }
-    QAction& action(const char* name) const { return child<QAction>(*window_, name); }
     const clsCamera& camera() const { return window_->levelCamera(); }
     std::pair<int, int> at() const { return {camera().x, camera().y}; }
     int farRight() const { return camera().levelWidth - camera().viewWidth; }
@@ -65,7 +57,6 @@ protected:
         QApplication::sendEvent(&view(), &event);
     }
 
-    frmMain* window_ = nullptr;
     ScriptedScreenCursor* cursor_ = nullptr;
 };
 

@@ -30,16 +30,8 @@ constexpr int cellYRole = Qt::UserRole + 2;
 // A listed row: cell, ID and the count shown beside it.
 using Row = std::tuple<int, int, int, int>;
 
-class Panels : public EditorFixture {
+class Panels : public ShownEditorFixture {
 protected:
-    frmMain& start() {
-        window_ = &startEditor();
-        window_->show();
-        QApplication::processEvents();
-        return *window_;
-    }
-    PictureBox& view() const { return child<PictureBox>(*window_, "picLevel"); }
-    QAction& action(const char* name) const { return child<QAction>(*window_, name); }
     QTableView& table() const { return child<QTableView>(*window_, "lstSpecials"); }
     const clsLevel& level() const { return window_->openedLevel()->level; }
     std::pair<int, int> at() const { return {window_->levelCamera().x, window_->levelCamera().y}; }
@@ -85,8 +77,6 @@ protected:
         }
         return {-1, -1};
     }
-
-    frmMain* window_ = nullptr;
 };
 
 TEST_F(Panels, TheSpecialsListKeepsTheChosenRowTheListAndTheViewWhereTheyWereThroughEdits) {
