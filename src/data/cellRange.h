@@ -36,6 +36,40 @@ CellRange unite(const CellRange& a, const CellRange& b) noexcept;
 // A range grown by another that may be absent.
 CellRange unite(const std::optional<CellRange>& a, const CellRange& b) noexcept;
 
+// What a panel that waits while hidden owes its level: all of it, or the
+// cells changed since it last caught up.
+class OwedCells {
+public:
+    struct Debt {
+        bool all = false;
+        std::optional<CellRange> range;
+    };
+
+    void oweAll() noexcept {
+        all_ = true;
+        range_.reset();
+    }
+    void owe(const CellRange& range) noexcept {
+        if (!all_) {
+            range_ = unite(range_, range);
+        }
+    }
+    // What is owed, which is then settled.
+    Debt take() noexcept {
+        Debt debt{all_, range_};
+        settle();
+        return debt;
+    }
+    void settle() noexcept {
+        all_ = false;
+        range_.reset();
+    }
+
+private:
+    bool all_ = false;
+    std::optional<CellRange> range_;
+};
+
 // The smallest range holding every cell that differs between two grids of
 // width cells a row; nothing when they are equal. Grids of different
 // lengths count as wholly changed.

@@ -29,8 +29,7 @@ QSize OverviewPanel::sizeHint() const {
 void OverviewPanel::showLevel(const OpenedLevel& opened) {
     colours_ = overviewColours(opened.tileSet, opened.specialSet);
     level_ = &opened.level;
-    redrawPending_ = true;
-    pendingRange_.reset();
+    owed_.oweAll();
     catchUp();
 }
 
@@ -38,16 +37,13 @@ void OverviewPanel::cellsChanged(const CellRange& range) {
     if (level_ == nullptr) {
         return;
     }
-    if (!redrawPending_) {
-        pendingRange_ = unite(pendingRange_, range);
-    }
+    owed_.owe(range);
     catchUp();
 }
 
 void OverviewPanel::forgetLevel() {
     level_ = nullptr;
-    redrawPending_ = false;
-    pendingRange_.reset();
+    owed_.settle();
 }
 
 void OverviewPanel::showEvent(QShowEvent* event) {
@@ -59,14 +55,12 @@ void OverviewPanel::catchUp() {
     if (!isVisible() || level_ == nullptr) {
         return;
     }
-    if (redrawPending_ || level_->width != overview_.levelWidth() ||
+    const OwedCells::Debt owed = owed_.take();
+    if (owed.all || level_->width != overview_.levelWidth() ||
         level_->height != overview_.levelHeight()) {
-        redrawPending_ = false;
-        pendingRange_.reset();
         redrawAll();
-    } else if (pendingRange_) {
-        overview_.drawCells(*level_, colours_, *pendingRange_);
-        pendingRange_.reset();
+    } else if (owed.range) {
+        overview_.drawCells(*level_, colours_, *owed.range);
         update();
     }
 }
@@ -134,7 +128,7 @@ void OverviewPanel::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     if (level_ != nullptr &&
         fittingCellPixels(level_->width, level_->height) != overview_.cellPixels()) {
-        redrawPending_ = true;
+        owed_.oweAll();
         catchUp();
     }
 }

@@ -61,8 +61,7 @@ private:
     QImage image_;
     CellRange view_;
     // What happened while hidden.
-    bool redrawPending_ = false;
-    std::optional<CellRange> pendingRange_;
+    OwedCells owed_;
     // A press on the picture began a drag.
     bool dragging_ = false;
 };

@@ -91,8 +91,7 @@ QSize SpecialsListPanel::sizeHint() const {
 void SpecialsListPanel::showLevel(const clsLevel& level, const clsSpecialSet& specialSet) {
     level_ = &level;
     specialSet_ = &specialSet;
-    rebuildPending_ = true;
-    pendingRange_.reset();
+    owed_.oweAll();
     catchUp();
 }
 
@@ -100,17 +99,14 @@ void SpecialsListPanel::cellsChanged(const CellRange& range) {
     if (level_ == nullptr) {
         return;
     }
-    if (!rebuildPending_) {
-        pendingRange_ = unite(pendingRange_, range);
-    }
+    owed_.owe(range);
     catchUp();
 }
 
 void SpecialsListPanel::forgetLevel() {
     level_ = nullptr;
     specialSet_ = nullptr;
-    rebuildPending_ = false;
-    pendingRange_.reset();
+    owed_.settle();
     chosen_.reset();
     model_->clear();
     lblCounts_->clear();
@@ -125,14 +121,11 @@ void SpecialsListPanel::catchUp() {
     if (!isVisible() || level_ == nullptr) {
         return;
     }
-    if (rebuildPending_) {
-        rebuildPending_ = false;
-        pendingRange_.reset();
+    const OwedCells::Debt owed = owed_.take();
+    if (owed.all) {
         rebuild();
-    } else if (pendingRange_) {
-        const CellRange range = *pendingRange_;
-        pendingRange_.reset();
-        keepPlace([&] { model_->cellsChanged(*level_, range); });
+    } else if (owed.range) {
+        keepPlace([&] { model_->cellsChanged(*level_, *owed.range); });
     }
     showCounts();
 }

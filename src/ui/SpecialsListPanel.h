@@ -65,8 +65,7 @@ private:
     const clsLevel* level_ = nullptr;
     const clsSpecialSet* specialSet_ = nullptr;
     // What happened while hidden.
-    bool rebuildPending_ = false;
-    std::optional<CellRange> pendingRange_;
+    OwedCells owed_;
     // The cell of the row the user chose last.
     std::optional<QPoint> chosen_;
     // Rows selected by the list itself are no choice of the user's.
